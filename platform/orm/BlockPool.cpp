@@ -1,6 +1,7 @@
 #include "orm/BlockPool.h"
 
 #include <algorithm>
+#include <bit>
 #include <new>
 
 #include "orm/Log.h"
@@ -11,12 +12,21 @@ namespace {
 
 size_t roundUp(size_t value, size_t step) { return (value + step - 1) / step * step; }
 
+// Aligned allocation takes powers of two only; any other request is raised to the next one.
+size_t validAlignment(size_t alignment, char const* label) {
+    size_t const valid = std::bit_ceil(std::max(alignment, alignof(void*)));
+    if (alignment != 0 && !std::has_single_bit(alignment))
+        orm_vlogf("VUREL", 8, "BlockPool '%s': alignment %zu is not a power of two, using %zu", label, alignment,
+                  valid);
+    return valid;
+}
+
 }  // namespace
 
 BlockPool::BlockPool(size_t objectSize, size_t blockCount, char const* debugLabel, size_t alignment)
     : blockCount_(std::max<size_t>(blockCount, 1)),
-      alignment_(std::max(alignment, alignof(FreeSlot))),
       label_(debugLabel ? debugLabel : "") {
+    alignment_ = validAlignment(alignment, label_);
     // A free slot stores the link to the next one, so a slot is at least a pointer.
     objectSize_ = roundUp(std::max(objectSize, sizeof(FreeSlot)), alignment_);
 }

@@ -11,7 +11,8 @@ extern "C" {
 // Thin wrappers of the Lua 5.1 calls that open a state, load a file and call
 // protected. They exist so that the toolkit has one place where Lua states are
 // made and errors are reported.
-VUREL_EXPORT lua_State* ORM_lua_open();
+// `label` names the state in messages about it.
+VUREL_EXPORT lua_State* ORM_lua_open(char const* label = nullptr);
 VUREL_EXPORT void ORM_lua_openlibs(lua_State* L);
 // Answers 0 on success; otherwise the error message is on the stack.
 VUREL_EXPORT int ORM_lua_loadfile(lua_State* L, char const* fileName);

@@ -155,10 +155,11 @@ void rastRenderer::beginRenderTo(rastFrameBuffer& target) {
                                        clipStack_.size(), techniqueStack_.size()});
     boundFrameBuffer_ = target.getId();
     backend_->bindFrameBuffer(boundFrameBuffer_);
-    // Clips of the outer target do not apply inside this one.
-    clipBase_ = clipStack_.size();
-    if (clipBase_ > 0)
+    // Clips of the outer target do not apply inside this one. Only a clip in
+    // force is switched off, so that endRenderTo's re-push balances it.
+    if (clipStack_.size() > clipBase_)
         backend_->popClipRect(nullptr);
+    clipBase_ = clipStack_.size();
     viewport_ = osg::Recti(0, 0, target.getSize().x, target.getSize().y);
     backend_->setViewport(viewport_);
 }

@@ -45,6 +45,21 @@ void rastTextureManager::addImage(orm::basic_string<char> const& name, osg::Vec2
     image.size = size;
     image.id = backend.createTexture(size.x, size.y, rastPixelFormat::RGBA8, rgbaPixels);
     images_.emplace(name, image);
+    // Textures already handed out for this name show the new picture, not a destroyed one.
+    for (auto& [key, entry] : entries_)
+        if (entry.texture->file_ == name)
+            place_(*entry.texture, image, key == name ? osg::Recti() : entry.texture->pixelRect_);
+}
+
+void rastTextureManager::place_(rastTexture& texture, Image const& image, osg::Recti const& rect) {
+    texture.id_ = image.id;
+    texture.size_ = image.size;
+    osg::Recti const pixels = rect.isUnset() ? osg::Recti(0, 0, image.size.x, image.size.y) : rect;
+    texture.pixelRect_ = pixels;
+    float const w = image.size.x > 0 ? static_cast<float>(image.size.x) : 1.0f;
+    float const h = image.size.y > 0 ? static_cast<float>(image.size.y) : 1.0f;
+    texture.rect_ = osg::Vec4f(static_cast<float>(pixels.min.x) / w, static_cast<float>(pixels.min.y) / h,
+                               static_cast<float>(pixels.max.x) / w, static_cast<float>(pixels.max.y) / h);
 }
 
 rastTextureManager::Image const* rastTextureManager::findOrLoadImage_(orm::basic_string<char> const& file) {
@@ -68,15 +83,8 @@ rastTexture* rastTextureManager::getTexture(orm::basic_string<char> const& file,
         return nullptr;
 
     auto texture = std::make_unique<rastTexture>();
-    texture->id_ = image->id;
-    texture->size_ = image->size;
     texture->file_ = file;
-    osg::Recti pixels = rect.isUnset() ? osg::Recti(0, 0, image->size.x, image->size.y) : rect;
-    texture->pixelRect_ = pixels;
-    float const w = image->size.x > 0 ? static_cast<float>(image->size.x) : 1.0f;
-    float const h = image->size.y > 0 ? static_cast<float>(image->size.y) : 1.0f;
-    texture->rect_ = osg::Vec4f(static_cast<float>(pixels.min.x) / w, static_cast<float>(pixels.min.y) / h,
-                                static_cast<float>(pixels.max.x) / w, static_cast<float>(pixels.max.y) / h);
+    place_(*texture, *image, rect);
     rastTexture* result = texture.get();
     entries_.emplace(key, Entry{std::move(texture), 1});
     return result;

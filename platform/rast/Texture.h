@@ -85,6 +85,8 @@ private:
     };
 
     Image const* findOrLoadImage_(orm::basic_string<char> const& file);
+    // Points `texture` at `rect` (pixels, unset for all) of `image`.
+    static void place_(rastTexture& texture, Image const& image, osg::Recti const& rect);
     static orm::basic_string<char> makeKey_(orm::basic_string<char> const& file, osg::Recti const& rect);
 
     std::unordered_map<orm::basic_string<char>, Image> images_;

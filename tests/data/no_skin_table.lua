@@ -1,0 +1,2 @@
+-- Runs, but defines no "Skin" table.
+Colours = { "red" }
