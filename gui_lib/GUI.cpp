@@ -5,6 +5,9 @@
 #include "Application.h"
 #include "Message.h"
 #include "UpdateManager.h"
+#include "Widget.h"
+#include "WidgetHandler.h"
+#include "WindowBase.h"
 #include "WindowsManager.h"
 #include "orm/Log.h"
 #include "orm/Lua.h"
@@ -71,6 +74,9 @@ GUI::~GUI() {
         ORM_lua_close(skinLuaState_);
         skinLuaState_ = nullptr;
     }
+    // Every layout and widget still alive dies here; destructors must not touch Lua.
+    LayoutHandler::shutdown();
+    WidgetHandler::shutdown();
     for (GuiSurface& surface : surfaces_)
         delete surface.manager;
     surfaces_.clear();
@@ -232,9 +238,9 @@ void GUI::processMessages() {
     redrawWidgets_();
 }
 
-void GUI::redrawWidgets_() {}
+void GUI::redrawWidgets_() { Widget::redrawAll(); }
 
-void GUI::doRedrawWidgets_() {}
+void GUI::doRedrawWidgets_() { Widget::doRedrawAll(); }
 
 void GUI::parse() {
     for (GuiSurface& surface : surfaces_)
@@ -468,10 +474,7 @@ void GUI::onRawMouseInputMessage(RawMouseInfo const& info) {
         rawMouseListeners_[i]->onRawMouseInput(info);
 }
 
-void GUI::deleteWindow_(WindowBase* window) {
-    // Window kinds give the body of this; a null window is harmless.
-    (void)window;
-}
+void GUI::deleteWindow_(WindowBase* window) { delete window; }
 
 // ---------------------------------------------------------------- registration
 

@@ -28,6 +28,11 @@ bool WindowsManager::onKeyDown(KeyboardButton, int) { return false; }
 bool WindowsManager::onKeyUp(KeyboardButton, int) { return false; }
 bool WindowsManager::onChar(KeyboardButton, int) { return false; }
 bool WindowsManager::getHasMouseInputAtScreenPoint(osg::Vec2i const&) const { return !modalWindows_.empty(); }
+void WindowsManager::captureMouse(WidgetHandler* handle) { capturedWidget_ = handle; }
+void WindowsManager::releaseMouse(WidgetHandler* handle) {
+    if (!handle || handle == capturedWidget_)
+        capturedWidget_ = nullptr;
+}
 void WindowsManager::rebuildHandles() {}
 void WindowsManager::parse() {}
 void WindowsManager::draw() {}

@@ -10,6 +10,7 @@
 namespace gui {
 
 class GraphicCommands;
+class WidgetHandler;
 class WindowBase;
 
 // The windows of one surface: which are shown, in which order they draw, and
@@ -37,6 +38,8 @@ public:
     bool onChar(KeyboardButton button, int value);
 
     bool getHasMouseInputAtScreenPoint(osg::Vec2i const& point) const;
+    void captureMouse(WidgetHandler* handle);
+    void releaseMouse(WidgetHandler* handle);
     void setMouseCursorCallback(MouseCursorCallback callback) { cursorCallback_ = std::move(callback); }
 
     // Frame stages: rebuild the draw snapshots, parse, draw, mark all dirty.
@@ -55,6 +58,7 @@ private:
     orm::vector<WindowBase*> modalWindows_;
     orm::vector<WindowBase*> overlayWindows_;
     MouseCursorCallback cursorCallback_;
+    WidgetHandler* capturedWidget_ = nullptr;
 };
 
 }  // namespace gui
