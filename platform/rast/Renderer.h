@@ -69,10 +69,12 @@ public:
     void popModelViewMatrix();
 
     // Scissor stack in target pixels; each rectangle is cut to the one below it.
+    // Depth and current clip are those of the target being drawn: inside
+    // renderTo the clips of the outer target do not count.
     void pushClipRect(osg::Recti const& rect);
     void popClipRect();
-    int getClipDepth() const { return static_cast<int>(clipStack_.size()); }
-    osg::Recti const* getClipRect() const { return clipStack_.empty() ? nullptr : &clipStack_.back(); }
+    int getClipDepth() const { return static_cast<int>(clipStack_.size() - clipBase_); }
+    osg::Recti const* getClipRect() const { return clipStack_.size() > clipBase_ ? &clipStack_.back() : nullptr; }
 
     void setTextureFiltering(int sampler) { textureFiltering_ = sampler; }
     int getTextureFiltering() const { return textureFiltering_; }
