@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <typeinfo>
+#include <utility>
 
 #include "orm/Log.h"
 #include "rast/FrameBuffer.h"
@@ -18,6 +19,19 @@ void appendGrowing(orm::vector<T>& list, T value) {
     if (list.size() == list.capacity())
         list.reserve(std::max<size_t>(8, list.capacity() + list.capacity() / 2));
     list.push_back(value);
+}
+
+// Last in, first out; a new object only when none is free.
+template <class T>
+T* takeFrom(GraphicCommandPool<T>& pool) {
+    if (pool.free.empty()) {
+        T* object = new T();
+        appendGrowing(pool.all, object);
+        return object;
+    }
+    T* object = pool.free.back();
+    pool.free.pop_back();
+    return object;
 }
 
 struct CommandRegistry {
@@ -72,15 +86,7 @@ GraphicCommandPool<T>& SimpleGraphicCommand<T>::pool() {
 
 template <class T>
 T* SimpleGraphicCommand<T>::take() {
-    GraphicCommandPool<T>& p = pool();
-    if (!p.free.empty()) {
-        T* command = p.free.back();
-        p.free.pop_back();
-        return command;
-    }
-    T* command = new T();
-    appendGrowing(p.all, command);
-    return command;
+    return takeFrom(pool());
 }
 
 template <class T>
@@ -97,17 +103,7 @@ void SimpleGraphicCommand<T>::stat() {
               static_cast<int>(free.size()));
 }
 
-rastTextString* GraphicCommandTextStringPool::take() {
-    GraphicCommandPool<rastTextString>& p = textStringPool();
-    if (!p.free.empty()) {
-        rastTextString* string = p.free.back();
-        p.free.pop_back();
-        return string;
-    }
-    auto* string = new rastTextString();
-    appendGrowing(p.all, string);
-    return string;
-}
+rastTextString* GraphicCommandTextStringPool::take() { return takeFrom(textStringPool()); }
 
 void GraphicCommandTextStringPool::giveBack(rastTextString* string) {
     if (string)
@@ -296,21 +292,41 @@ void GraphicCommandDrawQuads::draw() {
         s.resetTextureSampler();
 }
 
+namespace {
+
+// Gives the copies back last first, for the same reason as in
+// GraphicCommandDrawToTarget::release.
+void giveBackStrings(orm::vector<rastTextString*>& strings) {
+    for (auto it = strings.rbegin(); it != strings.rend(); ++it)
+        GraphicCommandTextStringPool::giveBack(*it);
+    strings.clear();
+}
+
+void addStringCopy(orm::vector<rastTextString*>& strings, rastTextString const& string) {
+    // Assignment reuses the pooled string's buffers.
+    rastTextString* copy = GraphicCommandTextStringPool::take();
+    *copy = string;
+    strings.push_back(copy);
+}
+
+}  // namespace
+
 GraphicCommandDrawText::GraphicCommandDrawText() { strings.reserve(4); }
 
 void GraphicCommandDrawText::set(rastTextString const* string, osg::Vec4f const* textColor) {
-    giveBackStrings_();
-    setColor_(textColor);
+    giveBackStrings(strings);
+    hasColor = textColor != nullptr;
+    if (textColor)
+        color = *textColor;
     if (string)
-        addCopy_(*string);
+        addStringCopy(strings, *string);
 }
 
 void GraphicCommandDrawText::set(orm::vector<rastTextString*> const& list, osg::Vec4f const* textColor) {
-    giveBackStrings_();
-    setColor_(textColor);
+    set(nullptr, textColor);
     for (rastTextString const* string : list)
         if (string)
-            addCopy_(*string);
+            addStringCopy(strings, *string);
 }
 
 void GraphicCommandDrawText::draw() {
@@ -325,28 +341,8 @@ void GraphicCommandDrawText::draw() {
 }
 
 void GraphicCommandDrawText::release() {
-    giveBackStrings_();
+    giveBackStrings(strings);
     SimpleGraphicCommand::release();
-}
-
-void GraphicCommandDrawText::setColor_(osg::Vec4f const* textColor) {
-    hasColor = textColor != nullptr;
-    if (textColor)
-        color = *textColor;
-}
-
-void GraphicCommandDrawText::addCopy_(rastTextString const& string) {
-    // Assignment reuses the pooled string's buffers.
-    rastTextString* copy = GraphicCommandTextStringPool::take();
-    *copy = string;
-    strings.push_back(copy);
-}
-
-void GraphicCommandDrawText::giveBackStrings_() {
-    // Last first, for the same reason as in GraphicCommandDrawToTarget::release.
-    for (auto it = strings.rbegin(); it != strings.rend(); ++it)
-        GraphicCommandTextStringPool::giveBack(*it);
-    strings.clear();
 }
 
 GraphicCommandDrawGeometry::GraphicCommandDrawGeometry() = default;
@@ -407,11 +403,30 @@ void GraphicCommandDrawToTarget::set(std::shared_ptr<rastFrameBuffer> frameBuffe
     commands.assign(list.begin(), list.end());
 }
 
+namespace {
+
+// The nested list drawn into the bound target: a fresh projection over the
+// target, identity model-view, a clip to the command's size.
+void drawNested(GraphicCommandDrawToTarget const& command) {
+    osg::Vec2i const& targetSize = command.target->getSize();
+    rastRenderer::ProjectionMatrixGuard projection;
+    projection.makeOrtho2D(0.0f, static_cast<float>(targetSize.x), static_cast<float>(targetSize.y), 0.0f);
+    rastRenderer::ModelViewMatrixGuard modelView;
+    modelView.setIdentity();
+    rastRenderer::ClipRectGuard clip(osg::Recti(0, 0, command.size.x, command.size.y));
+    rastRenderer::ShaderTechniqueGuard technique(rastRenderer::TechniqueToTarget);
+    shader().turnOnDrawQuads();
+    for (GraphicCommand* nested : command.commands)
+        nested->draw();
+}
+
+}  // namespace
+
 void GraphicCommandDrawToTarget::doRedraw() {
     for (GraphicCommand* command : commands)
         command->doRedraw();
     if (target)
-        target->renderTo([this] { renderNested_(); });
+        target->renderTo([this] { drawNested(*this); });
 }
 
 void GraphicCommandDrawToTarget::release() {
@@ -423,19 +438,6 @@ void GraphicCommandDrawToTarget::release() {
         (*it)->release();
     commands.clear();
     target.reset();
-}
-
-void GraphicCommandDrawToTarget::renderNested_() {
-    osg::Vec2i const& targetSize = target->getSize();
-    rastRenderer::ProjectionMatrixGuard projection;
-    projection.makeOrtho2D(0.0f, static_cast<float>(targetSize.x), static_cast<float>(targetSize.y), 0.0f);
-    rastRenderer::ModelViewMatrixGuard modelView;
-    modelView.setIdentity();
-    rastRenderer::ClipRectGuard clip(osg::Recti(0, 0, size.x, size.y));
-    rastRenderer::ShaderTechniqueGuard technique(rastRenderer::TechniqueToTarget);
-    shader().turnOnDrawQuads();
-    for (GraphicCommand* command : commands)
-        command->draw();
 }
 
 void GraphicCommandParse::draw() {
@@ -452,7 +454,9 @@ GraphicCommands::~GraphicCommands() = default;
 
 void GraphicCommands::setProjectionMatrix(osg::Matrixf const&) {}
 
-void GraphicCommands::setModelViewMatrix(osg::Matrixf const& m) { record<GraphicCommandSetModelViewMatrix>(commands, m); }
+void GraphicCommands::setModelViewMatrix(osg::Matrixf const& m) {
+    record<GraphicCommandSetModelViewMatrix>(commands, m);
+}
 
 void GraphicCommands::preMultModelViewMatrix(osg::Matrixf const& m) {
     record<GraphicCommandPreMultModelViewMatrix>(commands, m);

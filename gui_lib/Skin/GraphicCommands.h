@@ -268,11 +268,6 @@ public:
     osg::Vec4f color{1, 1, 1, 1};
     bool hasColor = false;
     orm::vector<rastTextString*> strings;
-
-private:
-    void setColor_(osg::Vec4f const* textColor);
-    void addCopy_(rastTextString const& string);
-    void giveBackStrings_();
 };
 
 class VUREL_EXPORT GraphicCommandDrawGeometry : public SimpleGraphicCommand<GraphicCommandDrawGeometry> {
@@ -321,9 +316,6 @@ public:
     std::shared_ptr<rastFrameBuffer> target;
     osg::Vec2i size;
     orm::vector<GraphicCommand*> commands;
-
-private:
-    void renderNested_();
 };
 
 class VUREL_EXPORT GraphicCommandParse : public SimpleGraphicCommand<GraphicCommandParse> {

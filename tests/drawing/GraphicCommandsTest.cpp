@@ -391,7 +391,8 @@ TEST(GraphicCommandsPool, TakesLastReleasedFirstAndLogsCounts) {
     vurel_test::LogCapture log;
     GraphicCommandSetTextureFiltering::stat();
     char expected[160];
-    std::snprintf(expected, sizeof expected, "~~~ %-40s  all:0 free:0", typeid(GraphicCommandSetTextureFiltering).name());
+    std::snprintf(expected, sizeof expected, "~~~ %-40s  all:0 free:0",
+                  typeid(GraphicCommandSetTextureFiltering).name());
     EXPECT_TRUE(log.contains("VUREL", 64, expected)) << (log.lines().empty() ? "" : log.lines()[0].text);
 
     using Command = GraphicCommandPopViewport;
