@@ -46,8 +46,18 @@ void removeUnordered(List& list, Pred pred) {
     list.pop_back();
 }
 
-int callbackId(char const* name) {
-    return getWidgetCallbackType(name);
+// The ids of the widget's own callback kinds, looked up once. The first
+// widget made looks them up, so no later frame enters a new name.
+struct OwnCallbackIds {
+    int change, focus, position, size;
+};
+
+OwnCallbackIds const& ownCallbackIds() {
+    static OwnCallbackIds const ids{getWidgetCallbackType(Widget::changeCallbackName),
+                                    getWidgetCallbackType(Widget::focusCallbackName),
+                                    getWidgetCallbackType(Widget::positionCallbackName),
+                                    getWidgetCallbackType(Widget::sizeCallbackName)};
+    return ids;
 }
 
 }  // namespace
@@ -104,6 +114,7 @@ void Widget::doRedrawAll() {
 // ---------------------------------------------------------------- lifecycle
 
 Widget::Widget() : handler_(WidgetHandler::create(this)) {
+    ownCallbackIds();
     // Every new widget is brought up to date once.
     enterRedrawList_();
 }
@@ -239,7 +250,7 @@ void Widget::setPosition(osg::Vec2i const& position) {
 
 void Widget::onPositionChanged_(osg::Vec2i const& position) {
     position_ = position;
-    callWidgetCallbacks_(callbackId(positionCallbackName));
+    callWidgetCallbacks_(ownCallbackIds().position);
 }
 
 void Widget::setSize(osg::Vec2i const& size) {
@@ -254,7 +265,7 @@ void Widget::onSizeChanged_(osg::Vec2i const& size) {
         skin_->setSizeChanged();
     setDirty(DirtySelf);
     setDirtySize(false);
-    callWidgetCallbacks_(callbackId(sizeCallbackName));
+    callWidgetCallbacks_(ownCallbackIds().size);
 }
 
 void Widget::setTabOrder(int order) {
@@ -294,7 +305,7 @@ void Widget::onFocusChanged_(bool focused) {
     if (Widget* parent = WidgetHandler::get(parent_))
         parent->setFocusedWidget_(focused ? handler_ : nullptr);
     setDirty(DirtyChildren);
-    callWidgetCallbacks_(callbackId(focusCallbackName));
+    callWidgetCallbacks_(ownCallbackIds().focus);
 }
 
 void Widget::setEnabled(bool enabled) {
@@ -568,7 +579,7 @@ void Widget::callWidgetCallbacks_(int id) {
     }
 }
 
-void Widget::onChange_() { callWidgetCallbacks_(callbackId(changeCallbackName)); }
+void Widget::onChange_() { callWidgetCallbacks_(ownCallbackIds().change); }
 
 // ---------------------------------------------------------------- dirty protocol
 

@@ -5,6 +5,8 @@
 
 #include "AllocationCounter.h"
 #include "GuiFixture.h"
+#include "Panel.h"
+#include "Skin/GraphicCommands.h"
 #include "UpdateManager.h"
 
 using vurel_test::GuiFixture;
@@ -212,8 +214,16 @@ TEST_F(InputQueueNullRenderer, ASteadyFrameAllocatesNothing) {
         [](gui::KeyboardButton, int, bool) { return false; });
     gui().addKeyboardCallback(callback);
     auto user = std::make_shared<std::function<void()>>([] {});
+    // A small tree that changes every frame and is recorded and replayed as well as drawn.
+    auto* panel = new gui::Panel();
+    auto* child = new gui::Panel();
+    panel->setSize({100, 100});
+    child->setSize({10, 10});
+    panel->insertWidget(child);
+    gui::GraphicCommands commands;
     int x = 0;
     auto oneFrame = [&] {
+        child->setPosition({x % 7, 0});
         gui().mouseMove(++x, 5);
         gui().mouseMove(++x, 6);
         gui().mouseDown(gui::MouseButtonLeft);
@@ -227,6 +237,15 @@ TEST_F(InputQueueNullRenderer, ASteadyFrameAllocatesNothing) {
         gui().killWindow(nullptr);
         gui().addUserMessage(user);
         frame();
+        panel->draw();
+        panel->make(&commands);
+        for (gui::GraphicCommand* c : commands.getCommands())
+            c->doRedraw();
+        for (gui::GraphicCommand* c : commands.getCommands())
+            c->draw();
+        for (size_t i = commands.getCommands().size(); i-- > 0;)
+            commands.getCommands()[i]->release();
+        commands.clear();
     };
     oneFrame();  // warm-up: pools and queue grow here
     vurel_test::AllocationCounter counter;
@@ -235,4 +254,5 @@ TEST_F(InputQueueNullRenderer, ASteadyFrameAllocatesNothing) {
     EXPECT_EQ(counter.count(), 0u);
     EXPECT_EQ(counting.calls, 12);
     gui().removeMouseListener(&counting);
+    gui::Widget::destroy(panel);
 }
