@@ -4,6 +4,7 @@
 
 #include "Application.h"
 #include "Message.h"
+#include "Skin/Image.h"
 #include "UpdateManager.h"
 #include "Widget.h"
 #include "WidgetHandler.h"
@@ -65,6 +66,7 @@ GUI::GUI(osg::Vec2i const& viewportSize, float scale) : viewportSize_(viewportSi
     renderer->setScale(scale > 0.0f ? scale : 1.0f);
     recomputeScreenGeometry_();
     messagePool_ = new GuiMessagePool();
+    bkgPicture_ = new Image();
     messageQueue_.reserve(64);
     mouseListeners_.reserve(4);
 }
@@ -81,6 +83,8 @@ GUI::~GUI() {
         delete surface.manager;
     surfaces_.clear();
     delete UpdateManager::get();
+    delete bkgPicture_;
+    bkgPicture_ = nullptr;
     delete messagePool_;
     messagePool_ = nullptr;
     if (g_gui == this)
@@ -263,6 +267,7 @@ void GUI::setDebugDraw(bool debugDraw) {
 void GUI::doRedraw() {
     rastRenderer* renderer = rastRenderer::get();
     renderer->getFontManager()->doRedraw();
+    bkgPicture_->doRedraw();
     for (GuiSurface& surface : surfaces_)
         surface.manager->rebuildHandles();
     doRedrawWidgets_();
@@ -287,6 +292,7 @@ void GUI::draw() {
     rastShader* shader = renderer->getShader();
     shader->resetPositionShift();
     shader->turnOnDrawQuads();
+    bkgPicture_->draw();
     surfaces_[0].manager->draw();
 }
 
@@ -332,10 +338,10 @@ void GUI::drawOffscreenWindow(OffscreenWindow* window, osg::Vec2i const& size, o
 }
 
 void GUI::setBkgPicture(orm::basic_string<char> const& file, bool resizeToFill) {
-    // The background picture draws through gui::Image, which owns the
-    // texture; until it is set up, the root has no picture to change.
-    (void)file;
-    (void)resizeToFill;
+    bkgPicture_->setTexture(file, osg::Recti());
+    bkgPicture_->setAlign(Align2(Align(Align::Center, 0), Align(Align::Center, 0)));
+    bkgPicture_->setResizeToFill(resizeToFill);
+    bkgPicture_->redraw(screenSize_);
 }
 
 // ---------------------------------------------------------------- input

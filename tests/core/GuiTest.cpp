@@ -1,10 +1,14 @@
 #include <gtest/gtest.h>
 
+#include <cstdint>
+#include <vector>
+
 #include "GuiFixture.h"
 #include "LogCapture.h"
 #include "UpdateManager.h"
 #include "WindowsManager.h"
 #include "rast/Renderer.h"
+#include "rast/Texture.h"
 
 using vurel_test::dataPath;
 using vurel_test::GuiFixture;
@@ -175,4 +179,26 @@ TEST_F(GuiFixture, DrawSetsUpTheFrameAndLeavesTheRendererBalanced) {
     EXPECT_EQ(gui().getScreenPosition(), osg::Vec2i(5, 6));
     EXPECT_EQ(gui().getOffscreenScaleFactor(), osg::Vec2f(1, 1));
     EXPECT_EQ(rastRenderer::get()->getStackDepth(), 0);
+}
+
+TEST_F(GuiFixture, TheBackgroundPictureDrawsUnderTheWindowsOnTheScreenOnly) {
+    std::vector<uint8_t> pixels(64 * 32 * 4, 255);
+    rastRenderer::get()->getTextureManager()->addImage("bkg.png", {64, 32}, pixels.data());
+    gui().setBkgPicture("bkg.png", false);
+    frame();
+    auto draws = backend().getEvents({"drawQuads"});
+    ASSERT_EQ(draws.size(), 1u);
+    ASSERT_EQ(backend().getDraws().size(), 1u);
+    rastQuad const& q = backend().getDraws()[0].quads[0];
+    EXPECT_EQ(q.x, (800 - 64) / 2) << "centred on the screen";
+    EXPECT_EQ(q.y, (600 - 32) / 2);
+
+    // Resized to fill the screen, and not drawn to other surfaces.
+    gui().setBkgPicture("bkg.png", true);
+    backend().clearEvents();
+    frame();
+    EXPECT_GE(backend().getDraws().at(0).quads[0].w, 800.0f);
+    backend().clearEvents();
+    gui().drawToSurface(0, {64, 64}, {1, 1}, 1.0f, 1.0f);
+    EXPECT_EQ(backend().countEvents("drawQuads"), 0u);
 }
