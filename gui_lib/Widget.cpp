@@ -489,10 +489,13 @@ void Widget::onMouseReleased() {
 }
 
 bool Widget::onMouseWheel(osg::Vec2i const& p, int delta) {
+    WidgetHandler* const self = handler_;
     for (size_t i = 0; i < mouseWheelCallbacks_.size(); ++i) {
         MouseWheelCallback const callback = mouseWheelCallbacks_[i];
         if ((*callback)(p.x, p.y, delta))
             return true;
+        if (!WidgetHandler::get(self))
+            return false;
     }
     return false;
 }
@@ -552,19 +555,29 @@ void Widget::callMouseCallbacks_(MouseCallbackType type, int x, int y, int butto
     if (it == mouseCallbacks_.end())
         return;
     // No snapshot: a mouse callback must not change the callbacks of its own kind on its own widget.
-    for (MouseCallback const& callback : it->second)
+    // It may destroy the widget, though, which ends the walk.
+    WidgetHandler* const self = handler_;
+    auto const& callbacks = it->second;
+    for (size_t i = 0; i < callbacks.size(); ++i) {
+        MouseCallback const callback = callbacks[i];
         (*callback)(x, y, button);
+        if (!WidgetHandler::get(self))
+            return;
+    }
 }
 
 bool Widget::callKeyboardCallbacks_(KeyboardCallbackType type, KeyboardButton key, int value) {
     auto it = keyboardCallbacks_.find(type);
     if (it == keyboardCallbacks_.end())
         return false;
+    WidgetHandler* const self = handler_;
     bool handled = false;
     for (size_t i = 0; i < it->second.size(); ++i) {
         KeyboardCallback const callback = it->second[i];
         if ((*callback)(key, value))
             handled = true;
+        if (!WidgetHandler::get(self))
+            break;
     }
     return handled;
 }
@@ -573,9 +586,12 @@ void Widget::callWidgetCallbacks_(int id) {
     auto it = widgetCallbacks_.find(id);
     if (it == widgetCallbacks_.end())
         return;
+    WidgetHandler* const self = handler_;
     for (size_t i = 0; i < it->second.size(); ++i) {
         WidgetCallback const callback = it->second[i];
         (*callback)();
+        if (!WidgetHandler::get(self))
+            return;
     }
 }
 

@@ -140,7 +140,11 @@ void rastRenderer::popTechnique() {
     techniqueStack_.pop_back();
 }
 
-void rastRenderer::endRedraw() { backend_->endRedraw(); }
+void rastRenderer::endRedraw() {
+    // Glyphs asked for while strings were laid out must be on the GPU before they are drawn.
+    fontManager_->doRedraw();
+    backend_->endRedraw();
+}
 
 void rastRenderer::endFrame() { backend_->endFrame(); }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <memory>
 
 #include "Export.h"
@@ -55,8 +56,12 @@ public:
     int getQuadCount() const { return static_cast<int>(quads_.size()); }
 
 private:
-    void addRun_(float dx, float dy, osg::Vec4f const& color);
+    // The glyphs of the text, or their halo copies, shifted by (dx, dy).
+    void addRun_(float dx, float dy, osg::Vec4f const& color, bool halo);
+    void addHalo_();
     void addSolid_(float x, float y, float w, float h, osg::Vec4f const& color);
+    void addQuad_(rastQuad const& quad, osg::Vec4f const& color, int32_t page);
+    // One draw for each stretch of quads on the same atlas page.
     void drawRange_(rastShader const& shader, int first, int count, osg::Vec4f const* override) const;
 
     orm::basic_string<wchar_t> text_;
@@ -68,10 +73,11 @@ private:
     int lineThroughOffset_ = 1;
     osg::Vec2i shadowOffset_;
 
-    // Laid-out quads and their colours; the glyph run in the string's own
-    // colour is [glyphsFirst_, glyphsFirst_ + glyphsCount_).
+    // Laid-out quads with their colours and atlas pages; the glyph run in the
+    // string's own colour is [glyphsFirst_, glyphsFirst_ + glyphsCount_).
     orm::vector<rastQuad> quads_;
     orm::vector<osg::Vec4f> colors_;
+    orm::vector<int32_t> pages_;
     int glyphsFirst_ = 0;
     int glyphsCount_ = 0;
 };

@@ -1,7 +1,20 @@
 #include "rast/Texture.h"
 
+#include <png.h>
+
+#include <algorithm>
+#include <cstring>
+#include <filesystem>
+
 #include "orm/Log.h"
 #include "rast/Renderer.h"
+
+namespace {
+
+// Larger pictures are refused rather than risking a huge allocation.
+constexpr png_uint_32 kMaxImageSide = 16384;
+
+}  // namespace
 
 rastTextureArray::rastTextureArray(osg::Vec2i const& size, int layers) : size_(size), layers_(layers) {
     id_ = rastRenderer::get()->getBackend().createTextureArray(size.x, size.y, layers);
@@ -23,38 +36,39 @@ rastTextureManager::~rastTextureManager() {
     if (!r)
         return;
     for (auto const& [name, image] : images_)
-        r->getBackend().destroyTexture(image.id);
-}
-
-orm::basic_string<char> rastTextureManager::makeKey_(orm::basic_string<char> const& file, osg::Recti const& rect) {
-    if (rect.isUnset())
-        return file;
-    return orm::basic_string<char>::format("%s#%d,%d,%d,%d", file.c_str(), rect.min.x, rect.min.y, rect.max.x,
-                                           rect.max.y);
+        if (image.id)
+            r->getBackend().destroyTexture(image.id);
 }
 
 void rastTextureManager::addImage(orm::basic_string<char> const& name, osg::Vec2i const& size,
                                   void const* rgbaPixels) {
     rastBackend& backend = rastRenderer::get()->getBackend();
-    auto it = images_.find(name);
-    if (it != images_.end()) {
-        backend.destroyTexture(it->second.id);
-        images_.erase(it);
-    }
-    Image image;
-    image.size = size;
-    image.id = backend.createTexture(size.x, size.y, rastPixelFormat::RGBA8, rgbaPixels);
-    images_.emplace(name, image);
+    Image& image = images_[name];
+    if (image.id)
+        backend.destroyTexture(image.id);
+    image.size = osg::Vec2i(std::max(size.x, 0), std::max(size.y, 0));
+    image.id = backend.createTexture(image.size.x, image.size.y, rastPixelFormat::RGBA8, rgbaPixels);
+    image.registered = true;
+    failed_.erase(name);
     // Textures already handed out for this name show the new picture, not a destroyed one.
-    for (auto& [key, entry] : entries_)
-        if (entry.texture->file_ == name)
-            place_(*entry.texture, image, key == name ? osg::Recti() : entry.texture->pixelRect_);
+    for (Entry& entry : image.entries)
+        place_(*entry.texture, image, entry.rect);
+}
+
+void rastTextureManager::addSearchPath(orm::basic_string<char> const& dir) {
+    searchPaths_.push_back(dir);
+    failed_.clear();
 }
 
 void rastTextureManager::place_(rastTexture& texture, Image const& image, osg::Recti const& rect) {
     texture.id_ = image.id;
     texture.size_ = image.size;
-    osg::Recti const pixels = rect.isUnset() ? osg::Recti(0, 0, image.size.x, image.size.y) : rect;
+    osg::Recti pixels = rect.isUnset() ? osg::Recti(0, 0, image.size.x, image.size.y) : rect;
+    // Cut to the picture; a rectangle wholly outside it becomes an empty one on its border.
+    pixels.min.x = std::clamp(pixels.min.x, 0, image.size.x);
+    pixels.min.y = std::clamp(pixels.min.y, 0, image.size.y);
+    pixels.max.x = std::clamp(pixels.max.x, pixels.min.x, image.size.x);
+    pixels.max.y = std::clamp(pixels.max.y, pixels.min.y, image.size.y);
     texture.pixelRect_ = pixels;
     float const w = image.size.x > 0 ? static_cast<float>(image.size.x) : 1.0f;
     float const h = image.size.y > 0 ? static_cast<float>(image.size.y) : 1.0f;
@@ -62,50 +76,131 @@ void rastTextureManager::place_(rastTexture& texture, Image const& image, osg::R
                                static_cast<float>(pixels.max.x) / w, static_cast<float>(pixels.max.y) / h);
 }
 
-rastTextureManager::Image const* rastTextureManager::findOrLoadImage_(orm::basic_string<char> const& file) {
+orm::basic_string<char> rastTextureManager::resolveFile_(orm::basic_string<char> const& file) const {
+    std::error_code ec;
+    if (std::filesystem::is_regular_file(file.c_str(), ec))
+        return file;
+    for (orm::basic_string<char> const& dir : searchPaths_) {
+        std::filesystem::path const candidate = std::filesystem::path(dir.c_str()) / file.c_str();
+        if (std::filesystem::is_regular_file(candidate, ec))
+            return orm::basic_string<char>(candidate.string());
+    }
+    return {};
+}
+
+bool rastTextureManager::readFile_(orm::basic_string<char> const& file, Image& image) {
+    orm::basic_string<char> const path = resolveFile_(file);
+    if (path.empty()) {
+        logOnce_(file, "not found", "");
+        return false;
+    }
+    png_image png;
+    std::memset(&png, 0, sizeof png);
+    png.version = PNG_IMAGE_VERSION;
+    if (!png_image_begin_read_from_file(&png, path.c_str())) {
+        logOnce_(file, "cannot be read: ", png.message);
+        return false;
+    }
+    if (png.width > kMaxImageSide || png.height > kMaxImageSide) {
+        png_image_free(&png);
+        logOnce_(file, "cannot be read: ", "picture too large");
+        return false;
+    }
+    png.format = PNG_FORMAT_RGBA;
+    orm::vector<uint8_t> pixels(PNG_IMAGE_SIZE(png));
+    if (!png_image_finish_read(&png, nullptr, pixels.data(), 0, nullptr)) {
+        logOnce_(file, "cannot be read: ", png.message);
+        png_image_free(&png);
+        return false;
+    }
+    image.size = osg::Vec2i(static_cast<int>(png.width), static_cast<int>(png.height));
+    image.id = rastRenderer::get()->getBackend().createTexture(image.size.x, image.size.y, rastPixelFormat::RGBA8,
+                                                               pixels.data());
+    return true;
+}
+
+void rastTextureManager::logOnce_(orm::basic_string<char> const& file, char const* what, char const* detail) {
+    if (logged_.insert(file).second)
+        orm_vlogf("VUREL", 16, "Texture file \"%s\" %s%s", file.c_str(), what, detail);
+}
+
+rastTextureManager::Image* rastTextureManager::findOrLoadImage_(orm::basic_string<char> const& file) {
     auto it = images_.find(file);
     if (it != images_.end())
         return &it->second;
-    // Picture files are read by the image loader once it is installed; until
-    // then only registered images exist.
-    return nullptr;
+    if (file.empty() || failed_.count(file) != 0)
+        return nullptr;
+    Image image;
+    if (!readFile_(file, image)) {
+        failed_.insert(file);
+        return nullptr;
+    }
+    return &images_.emplace(file, std::move(image)).first->second;
 }
 
 rastTexture* rastTextureManager::getTexture(orm::basic_string<char> const& file, osg::Recti const& rect) {
-    orm::basic_string<char> const key = makeKey_(file, rect);
-    auto found = entries_.find(key);
-    if (found != entries_.end()) {
-        ++found->second.references;
-        return found->second.texture.get();
-    }
-    Image const* image = findOrLoadImage_(file);
+    Image* image = findOrLoadImage_(file);
     if (!image)
         return nullptr;
-
-    auto texture = std::make_unique<rastTexture>();
-    texture->file_ = file;
-    place_(*texture, *image, rect);
-    rastTexture* result = texture.get();
-    entries_.emplace(key, Entry{std::move(texture), 1});
-    return result;
+    ++image->references;
+    for (Entry& entry : image->entries)
+        if (entry.rect == rect) {
+            ++entry.references;
+            return entry.texture.get();
+        }
+    Entry entry;
+    entry.rect = rect;
+    entry.texture = std::make_unique<rastTexture>();
+    entry.texture->file_ = file;
+    entry.references = 1;
+    place_(*entry.texture, *image, rect);
+    image->entries.push_back(std::move(entry));
+    return image->entries.back().texture.get();
 }
 
 void rastTextureManager::releaseTexture(rastTexture* texture) {
     if (!texture)
         return;
-    for (auto it = entries_.begin(); it != entries_.end(); ++it) {
-        if (it->second.texture.get() != texture)
-            continue;
-        if (--it->second.references <= 0)
-            entries_.erase(it);
+    auto it = images_.find(texture->file_);
+    Entry* entry = nullptr;
+    if (it != images_.end())
+        for (Entry& e : it->second.entries)
+            if (e.texture.get() == texture)
+                entry = &e;
+    if (!entry) {
+        orm_vlogf("VUREL", 16, "releaseTexture: texture not from this manager");
         return;
     }
-    orm_vlogf("VUREL", 16, "releaseTexture: texture not from this manager");
+    if (entry->references <= 0) {
+        orm_vlogf("VUREL", 16, "releaseTexture: texture released more often than taken");
+        return;
+    }
+    --entry->references;
+    Image& image = it->second;
+    if (--image.references > 0 || image.registered)
+        return;
+    // Nothing shows this file any more: its picture leaves the GPU.
+    if (rastRenderer* r = rastRenderer::get())
+        r->getBackend().destroyTexture(image.id);
+    images_.erase(it);
 }
 
 int rastTextureManager::getReferenceCount(rastTexture const* texture) const {
-    for (auto const& [key, entry] : entries_)
+    if (!texture)
+        return 0;
+    auto it = images_.find(texture->file_);
+    if (it == images_.end())
+        return 0;
+    for (Entry const& entry : it->second.entries)
         if (entry.texture.get() == texture)
             return entry.references;
     return 0;
+}
+
+int rastTextureManager::getTextureCount() const {
+    int count = 0;
+    for (auto const& [name, image] : images_)
+        for (Entry const& entry : image.entries)
+            count += entry.references > 0 ? 1 : 0;
+    return count;
 }

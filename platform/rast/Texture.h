@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <memory>
 #include <unordered_map>
+#include <unordered_set>
 
 #include "Export.h"
 #include "orm/Allocator.h"
@@ -55,7 +56,12 @@ private:
 
 // Textures by file name and sub-rectangle, reference counted. Asking twice for
 // the same file and rectangle gives the same object; each get is matched by a
-// release. A file that cannot be read gives null: callers draw colours only.
+// release. Files are PNG pictures, read once as RGBA; a name is a path as
+// given (absolute or relative to the current directory) or relative to a
+// search path. A file that cannot be read gives null, logged once: callers
+// draw colours only. When the last texture of a file is released, its picture
+// leaves the GPU; pictures registered with addImage stay while the manager
+// lives.
 class VUREL_EXPORT rastTextureManager {
 public:
     rastTextureManager() = default;
@@ -63,32 +69,52 @@ public:
     rastTextureManager(rastTextureManager const&) = delete;
     rastTextureManager& operator=(rastTextureManager const&) = delete;
 
-    // `rect` in pixels of the file's picture; an unset rectangle means all of it.
+    // `rect` in pixels of the file's picture, cut to the picture; an unset
+    // rectangle means all of it.
     rastTexture* getTexture(orm::basic_string<char> const& file, osg::Recti const& rect = osg::Recti());
     void releaseTexture(rastTexture* texture);
 
     // Registers a picture under `name` as if it were a file (RGBA, 4 bytes a pixel).
     void addImage(orm::basic_string<char> const& name, osg::Vec2i const& size, void const* rgbaPixels);
+    // Whether a picture of that name is in memory, registered or read from a file.
     bool hasImage(orm::basic_string<char> const& name) const { return images_.count(name) != 0; }
 
+    // A folder searched for picture files after the current directory; later
+    // folders come after earlier ones. Files not found so far are tried again.
+    void addSearchPath(orm::basic_string<char> const& dir);
+
     int getReferenceCount(rastTexture const* texture) const;
-    int getTextureCount() const { return static_cast<int>(entries_.size()); }
+    // Textures handed out and not yet released.
+    int getTextureCount() const;
+    // Pictures on the GPU.
+    int getImageCount() const { return static_cast<int>(images_.size()); }
 
 private:
-    struct Image {
-        rastTextureId id = 0;
-        osg::Vec2i size;
-    };
+    // A texture of one rectangle; it stays, with no references, while its
+    // picture does, so that switching between rectangles does not allocate.
     struct Entry {
+        osg::Recti rect;
         std::unique_ptr<rastTexture> texture;
         int references = 0;
     };
+    struct Image {
+        rastTextureId id = 0;
+        osg::Vec2i size;
+        bool registered = false;
+        int references = 0;  // over all its rectangles
+        orm::vector<Entry> entries;
+    };
 
-    Image const* findOrLoadImage_(orm::basic_string<char> const& file);
+    Image* findOrLoadImage_(orm::basic_string<char> const& file);
+    bool readFile_(orm::basic_string<char> const& file, Image& image);
+    orm::basic_string<char> resolveFile_(orm::basic_string<char> const& file) const;
+    void logOnce_(orm::basic_string<char> const& file, char const* what, char const* detail);
     // Points `texture` at `rect` (pixels, unset for all) of `image`.
     static void place_(rastTexture& texture, Image const& image, osg::Recti const& rect);
-    static orm::basic_string<char> makeKey_(orm::basic_string<char> const& file, osg::Recti const& rect);
 
     std::unordered_map<orm::basic_string<char>, Image> images_;
-    std::unordered_map<orm::basic_string<char>, Entry> entries_;
+    orm::vector<orm::basic_string<char>> searchPaths_;
+    // Files that could not be read are not tried again until the search paths change.
+    std::unordered_set<orm::basic_string<char>> failed_;
+    std::unordered_set<orm::basic_string<char>> logged_;
 };

@@ -398,11 +398,13 @@ TEST_F(RastTest, TextureManagerSharesCountsAndReleases) {
     EXPECT_EQ(tm.getTextureCount(), 1);
     EXPECT_EQ(tm.getReferenceCount(part), 0);
 
-    // A missing file answers null; releasing null is silent, a stranger is logged.
+    // A missing file answers null, logged once; releasing null is silent, a stranger is logged.
     vurel_test::LogCapture log;
     EXPECT_EQ(tm.getTexture("missing.png"), nullptr);
     EXPECT_EQ(tm.getTexture("missing.png", {0, 0, 4, 4}), nullptr);
     EXPECT_EQ(tm.getTextureCount(), 1);
+    EXPECT_EQ(log.lines().size(), 1u);
+    log.clear();
     tm.releaseTexture(nullptr);
     EXPECT_TRUE(log.lines().empty());
     rastTexture stranger;

@@ -1,0 +1,77 @@
+#pragma once
+
+#include "Align.h"
+#include "Export.h"
+#include "Skin/Skin.h"
+#include "Skin/SkinData.h"
+#include "orm/String.h"
+
+namespace gui {
+class WindowBase;
+class WindowHeader;
+}  // namespace gui
+
+namespace gui::skin {
+
+// The look of a window: the common data plus the height of its title header.
+class VUREL_EXPORT WindowData : public Data {
+public:
+    explicit WindowData(Skin* owner);
+
+    virtual void setHeaderHeight(int height);
+    virtual int getHeaderHeight() const { return headerHeight_; }
+
+protected:
+    void copyParams_(Data* target) const override;
+
+    int headerHeight_ = 20;
+};
+
+// The look of a window's title header and where its close button sits.
+class VUREL_EXPORT WindowHeaderData : public Data {
+public:
+    explicit WindowHeaderData(Skin* owner);
+
+    virtual void setHasCloseButton(bool has);
+    virtual bool getHasCloseButton() const { return hasCloseButton_; }
+    virtual void setCloseButtonHorzAlign(Align const& align);
+    virtual Align const& getCloseButtonHorzAlign() const { return closeButtonHorzAlign_; }
+    virtual void setCloseButtonVertAlign(Align const& align);
+    virtual Align const& getCloseButtonVertAlign() const { return closeButtonVertAlign_; }
+    // UTF-8; the button shows it converted to a wide string.
+    virtual void setCloseButtonText(orm::basic_string<char> const& text);
+    virtual orm::basic_string<char> const& getCloseButtonText() const { return closeButtonText_; }
+
+protected:
+    void copyParams_(Data* target) const override;
+
+    bool hasCloseButton_ = true;
+    Align closeButtonHorzAlign_{Align::Max, -5};
+    Align closeButtonVertAlign_{Align::Center, 0};
+    orm::basic_string<char> closeButtonText_;
+};
+
+// The painter of a window. The window's header and view keep skins of their
+// own; this one reaches them so that copying a window's look copies all three.
+class VUREL_EXPORT WindowBaseSkin : public Skin {
+public:
+    // With `createData` the skin makes a WindowData; without, a subclass brings its data.
+    WindowBaseSkin(WindowBase* window, bool createData);
+
+    Skin* getHeaderSkin() const;
+    Skin* getViewSkin() const;
+    void copyTo(Skin* target) const override;
+
+protected:
+    WindowBase* window_;
+};
+
+// The painter of a window's title header, owning its WindowHeaderData.
+class VUREL_EXPORT WindowHeaderSkin : public Skin {
+public:
+    explicit WindowHeaderSkin(WindowHeader* header);
+
+    WindowHeaderData* getHeaderData() const;
+};
+
+}  // namespace gui::skin
