@@ -5,9 +5,12 @@
 #include "Application.h"
 #include "Message.h"
 #include "Skin/Image.h"
+#include "Skin/LuaUtil.h"
+#include "Skin/Skin.h"
 #include "UpdateManager.h"
 #include "Widget.h"
 #include "WidgetHandler.h"
+#include "OffscreenWindow.h"
 #include "WindowBase.h"
 #include "WindowsManager.h"
 #include "orm/Log.h"
@@ -112,6 +115,27 @@ void GUI::initSkinLuaState_(orm::basic_string<char> const& file) {
         lua_pop(L, 1);
         throw Exception("Global Skin table not loaded!\n");
     }
+}
+
+void GUI::loadSkin(orm::basic_string<char> const& name, skin::Skin& skin) {
+    lua_State* L = skinLuaState_;
+    if (!L)
+        return;
+    luautil::StackGuard guard(L);
+    lua_getfield(L, LUA_GLOBALSINDEX, "Skin");
+    if (!lua_istable(L, -1))
+        return;
+    lua_pushlstring(L, name.data(), name.size());
+    lua_gettable(L, -2);
+    if (lua_type(L, -1) != LUA_TFUNCTION)
+        return;
+    if (ORM_lua_pcall(L, 0, 1, 0) != 0) {
+        char const* error = lua_tostring(L, -1);
+        orm_vlogf("VUREL", 64, "Skin loading failed! Error: %s\n", error ? error : "");
+        return;
+    }
+    if (lua_istable(L, -1))
+        skin.loadFromScript(L);
 }
 
 // ---------------------------------------------------------------- surfaces
@@ -296,15 +320,14 @@ void GUI::draw() {
     surfaces_[0].manager->draw();
 }
 
-void GUI::drawToSurface(int surfaceId, osg::Vec2i const& size, osg::Vec2f const& scale, float gamma,
-                        float intensity) {
-    WindowsManager* manager = getWindowsManager(surfaceId);
-    if (!manager)
-        return;
+template <class DrawFn>
+void GUI::drawIntoTarget_(osg::Vec2i const& size, osg::Vec2f const& scale, float gamma, float intensity,
+                          DrawFn const& drawContent) {
     rastRenderer* renderer = rastRenderer::get();
     float const s = renderer->getScale();
     rastRenderer::ProjectionMatrixGuard projection;
     rastRenderer::ViewportGuard viewport(osg::Recti(0, 0, size.x, size.y));
+    // Targets have their own origin; clip rectangles scale with the target.
     osg::Vec2i const savedScreenPosition = screenPosition_;
     screenPosition_ = {};
     offscreenScaleFactor_ = scale / s;
@@ -317,7 +340,7 @@ void GUI::drawToSurface(int surfaceId, osg::Vec2i const& size, osg::Vec2f const&
         shader->turnOnDrawQuads();
         shader->setGamma(gamma);
         shader->setIntensity(intensity);
-        manager->draw();
+        drawContent();
         shader->setGamma(1.0f);
         shader->setIntensity(1.0f);
     }
@@ -325,16 +348,19 @@ void GUI::drawToSurface(int surfaceId, osg::Vec2i const& size, osg::Vec2f const&
     screenPosition_ = savedScreenPosition;
 }
 
+void GUI::drawToSurface(int surfaceId, osg::Vec2i const& size, osg::Vec2f const& scale, float gamma,
+                        float intensity) {
+    WindowsManager* manager = getWindowsManager(surfaceId);
+    if (!manager)
+        return;
+    drawIntoTarget_(size, scale, gamma, intensity, [manager] { manager->draw(); });
+}
+
 void GUI::drawOffscreenWindow(OffscreenWindow* window, osg::Vec2i const& size, osg::Vec2f const& scale, float gamma,
                               float intensity) {
-    // Offscreen windows draw themselves through this frame once the window
-    // kinds exist; without a window there is nothing to draw.
     if (!window)
         return;
-    (void)size;
-    (void)scale;
-    (void)gamma;
-    (void)intensity;
+    drawIntoTarget_(size, scale, gamma, intensity, [window] { window->draw(); });
 }
 
 void GUI::setBkgPicture(orm::basic_string<char> const& file, bool resizeToFill) {

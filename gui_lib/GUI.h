@@ -27,6 +27,10 @@ class WindowBase;
 class Widget;
 class WindowsManager;
 
+namespace skin {
+class Skin;
+}  // namespace skin
+
 // The root of the toolkit, one per process. It owns the surfaces (each an
 // independent stack of windows with its own mouse mapping), the input queue,
 // the background picture, the skin script's Lua state, and the coordinate
@@ -145,6 +149,11 @@ public:
     bool getHasMouseInputAtScreenPoint(int x, int y) const;
     lua_State* getSkinLuaState() const { return skinLuaState_; }
 
+    // Runs the skin function `name` of the script's "Skin" table and loads the
+    // table it returns into `skin`. A missing function leaves the skin alone;
+    // a failing one is logged. The Lua stack is left as it was.
+    void loadSkin(orm::basic_string<char> const& name, skin::Skin& skin);
+
     // Input. Each call only queues a message; processMessages delivers it.
     void keyDown(KeyboardButton button, int value);
     void keyUp(KeyboardButton button, int value);
@@ -206,6 +215,10 @@ private:
     void recomputeScreenGeometry_();
     // Widget redraw and render stages; the widget tree hooks in here.
     void redrawWidgets_();
+    // Draws into the target now bound, at `size` pixels and `scale` pixels per unit.
+    template <class DrawFn>
+    void drawIntoTarget_(osg::Vec2i const& size, osg::Vec2f const& scale, float gamma, float intensity,
+                         DrawFn const& drawContent);
     void doRedrawWidgets_();
 
     orm::vector<GuiSurface> surfaces_;

@@ -5,6 +5,7 @@
 
 #include "GuiFixture.h"
 #include "LogCapture.h"
+#include "OffscreenWindow.h"
 #include "UpdateManager.h"
 #include "WindowsManager.h"
 #include "rast/Renderer.h"
@@ -201,4 +202,23 @@ TEST_F(GuiFixture, TheBackgroundPictureDrawsUnderTheWindowsOnTheScreenOnly) {
     backend().clearEvents();
     gui().drawToSurface(0, {64, 64}, {1, 1}, 1.0f, 1.0f);
     EXPECT_EQ(backend().countEvents("drawQuads"), 0u);
+}
+
+TEST_F(GuiFixture, AnOffscreenWindowDrawsIntoATargetOnRequest) {
+    auto* window = new gui::OffscreenWindow();
+    window->setSize({40, 30});
+    window->setPosition({300, 200});
+    window->setVisible(true);
+    frame();
+    backend().clearEvents();
+    gui().setViewportPosition({10, 10});
+    gui().drawOffscreenWindow(window, {64, 48}, {2, 2}, 0.5f, 1.0f);
+    auto const events = backend().getEvents({"viewport", "modelView", "pushClipRect"});
+    ASSERT_GE(events.size(), 3u);
+    EXPECT_EQ(events[0], "viewport 0 0 64 48");
+    EXPECT_EQ(events[2], "modelView 300 200") << "the window's own translation, from the target's origin";
+    EXPECT_EQ(rastRenderer::get()->getStackDepth(), 0);
+    EXPECT_EQ(gui().getScreenPosition(), osg::Vec2i(10, 10));
+    gui().drawOffscreenWindow(nullptr, {64, 48}, {1, 1}, 1.0f, 1.0f);
+    gui::Widget::destroy(window);
 }
