@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "Application.h"
+#include "LuaBinding.h"
 #include "Message.h"
 #include "Skin/Image.h"
 #include "Skin/LuaUtil.h"
@@ -97,6 +98,7 @@ GUI::~GUI() {
 void GUI::initSkinLuaState_(orm::basic_string<char> const& file) {
     skinLuaState_ = ORM_lua_open("gui::GUI::initSkinLuaState_");
     ORM_lua_openlibs(skinLuaState_);
+    lua::openBinding(skinLuaState_);
     lua_State* L = skinLuaState_;
     int status = ORM_lua_loadfile(L, file.c_str());
     if (status == 0)

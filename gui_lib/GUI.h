@@ -153,6 +153,10 @@ public:
     // table it returns into `skin`. A missing function leaves the skin alone;
     // a failing one is logged. The Lua stack is left as it was.
     void loadSkin(orm::basic_string<char> const& name, skin::Skin& skin);
+    // Builds a whole window from a resource script; null when it cannot.
+    WindowBase* createWindowFromResource(char const* resource);
+    // Builds the contents of a resource into an existing window.
+    void loadWindowFromResource(char const* resource, WindowBase* window);
 
     // Input. Each call only queues a message; processMessages delivers it.
     void keyDown(KeyboardButton button, int value);

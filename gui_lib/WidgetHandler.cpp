@@ -43,6 +43,14 @@ void WidgetHandler::release(WidgetHandler* handle) {
 
 size_t WidgetHandler::getRecordCount() { return widgetRecords().records.size(); }
 
+size_t WidgetHandler::getAliveCount() {
+    size_t alive = 0;
+    for (WidgetHandler const& h : widgetRecords().records)
+        if (h.widget_)
+            ++alive;
+    return alive;
+}
+
 void WidgetHandler::shutdown() {
     auto& r = widgetRecords();
     // Indexing, because a dying parent may create nothing but does clear the

@@ -22,6 +22,8 @@ public:
 
     uint64_t getSerial() const { return serial_; }
     static size_t getRecordCount();
+    // Widgets alive now, for leak checks in tests and tools.
+    static size_t getAliveCount();
 
 protected:
     friend class Widget;

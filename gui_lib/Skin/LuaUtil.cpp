@@ -4,6 +4,8 @@
 #include <cstdio>
 #include <cstdlib>
 
+#include "KeyboardButtons.h"
+#include "Skin/StateInfo.h"
 #include "orm/Log.h"
 #include "orm/Utf8.h"
 
@@ -120,6 +122,132 @@ bool getValue<gui::Align>(lua_State* L, int index, gui::Align& out) {
     return true;
 }
 
+namespace {
+
+// A colour field that is no string is treated as absent: `out` keeps its value.
+void readColorField(lua_State* L, int index, char const* key, osg::Vec4f& out) {
+    osg::Vec4f color;
+    if (getColorField(L, index, key, color))
+        out = color;
+}
+
+// Colours whose default is not transparent black are written as a string even
+// when transparent black, so that reading them back does not give the default.
+void setOpaqueDefaultColorField(lua_State* L, char const* key, osg::Vec4f const& color) {
+    osg::Vec4f const zero(0, 0, 0, 0);
+    if (color == zero) {
+        lua_pushstring(L, "0x00000000");
+        lua_setfield(L, -2, key);
+        return;
+    }
+    setColorField(L, key, color);
+}
+
+// The unset rectangle (all of the picture) is left out, so that it reads back unset.
+void setRectField(lua_State* L, char const* key, osg::Recti const& rect) {
+    if (!rect.isInverted())
+        setField(L, key, rect);
+}
+
+rastFont::Blur toBlur(int value) {
+    if (value >= rastFont::BlurNone && value <= rastFont::Blur2)
+        return static_cast<rastFont::Blur>(value);
+    orm_vlogf("VUREL", 16, "Invalid blur type!");
+    return rastFont::BlurNone;
+}
+
+}  // namespace
+
+template <>
+bool getValue<gui::Bkg::Info>(lua_State* L, int index, gui::Bkg::Info& out) {
+    if (lua_type(L, index) != LUA_TTABLE)
+        return false;
+    out = gui::Bkg::Info();
+    getField(L, index, "file", out.file);
+    getField(L, index, "rect", out.rect);
+    getField(L, index, "insets", out.insets);
+    out.colors.assign(gui::Bkg::CellCount, osg::Vec4f(0, 0, 0, 0));
+    for (int i = 0; i < gui::Bkg::CellCount; ++i)
+        readColorField(L, index, gui::Bkg::getCellName(i), out.colors[static_cast<size_t>(i)]);
+    return true;
+}
+
+template <>
+bool getValue<gui::Image::Info>(lua_State* L, int index, gui::Image::Info& out) {
+    if (lua_type(L, index) != LUA_TTABLE)
+        return false;
+    out = gui::Image::Info();
+    getField(L, index, "file", out.file);
+    readColorField(L, index, "color", out.color);
+    getField(L, index, "size", out.size);
+    getField(L, index, "rect", out.rect);
+    getField(L, index, "userTexSampler", out.userTexSampler);
+    getField(L, index, "resizeToFill", out.resizeToFill);
+    getField(L, index, "tileHorizontally", out.tileHorizontally);
+    getField(L, index, "tileVertically", out.tileVertically);
+    getField(L, index, "horzAlign", out.horzAlign);
+    getField(L, index, "vertAlign", out.vertAlign);
+    return true;
+}
+
+template <>
+bool getValue<gui::Text::Info>(lua_State* L, int index, gui::Text::Info& out) {
+    if (lua_type(L, index) != LUA_TTABLE)
+        return false;
+    out = gui::Text::Info();
+    getField(L, index, "font", out.font);
+    getField(L, index, "fontSize", out.fontSize);
+    getField(L, index, "lineHeight", out.lineHeight);
+    getField(L, index, "lineThroughHeight", out.lineThroughHeight);
+    getField(L, index, "lineThroughOffset", out.lineThroughOffset);
+    int blur = 0;
+    if (getField(L, index, "blur", blur))
+        out.blur = toBlur(blur);
+    readColorField(L, index, "color", out.color);
+    readColorField(L, index, "bkgColor", out.bkgColor);
+    readColorField(L, index, "shadowColor", out.shadowColor);
+    readColorField(L, index, "blurColor", out.blurColor);
+    readColorField(L, index, "lineThroughColor", out.lineThroughColor);
+    getField(L, index, "shadowOffset", out.shadowOffset);
+    getField(L, index, "horzAlign", out.horzAlign);
+    getField(L, index, "vertAlign", out.vertAlign);
+    return true;
+}
+
+template <>
+bool getValue<gui::skin::StateInfo*>(lua_State* L, int index, gui::skin::StateInfo*& out) {
+    if (lua_type(L, index) != LUA_TTABLE)
+        return false;
+    StackGuard guard(L);
+    lua_pushvalue(L, index);
+    out = new gui::skin::StateInfo();
+    out->loadFromLua(L);
+    return true;
+}
+
+template <>
+bool getValue<std::shared_ptr<gui::skin::StateInfo>>(lua_State* L, int index,
+                                                     std::shared_ptr<gui::skin::StateInfo>& out) {
+    gui::skin::StateInfo* info = nullptr;
+    if (!getValue(L, index, info))
+        return false;
+    out.reset(info);
+    return true;
+}
+
+template <>
+bool getValue<gui::WindowBase::HotKey>(lua_State* L, int index, gui::WindowBase::HotKey& out) {
+    if (lua_type(L, index) != LUA_TTABLE)
+        return false;
+    getField(L, index, "altPressed", out.altPressed);
+    getField(L, index, "ctrlPressed", out.ctrlPressed);
+    getField(L, index, "shiftPressed", out.shiftPressed);
+    orm::basic_string<char> button;
+    getField(L, index, "button", button);
+    out.button = gui::getKeyboardButtonByName(button);
+    return true;
+}
+
 template <>
 void setValue<int>(lua_State* L, int const& value) {
     lua_pushinteger(L, value);
@@ -200,6 +328,72 @@ void setValue<gui::Align>(lua_State* L, gui::Align const& value) {
     lua_pushstring(L, name);
     lua_setfield(L, -2, "type");
     setField(L, "offset", value.getOffset());
+}
+
+template <>
+void setValue<gui::Bkg::Info>(lua_State* L, gui::Bkg::Info const& value) {
+    lua_createtable(L, 0, 12);
+    setField(L, "file", value.file);
+    setRectField(L, "rect", value.rect);
+    setField(L, "insets", value.insets);
+    size_t const cells = std::min(value.colors.size(), size_t(gui::Bkg::CellCount));
+    for (size_t i = 0; i < cells; ++i)
+        setColorField(L, gui::Bkg::getCellName(static_cast<int>(i)), value.colors[i]);
+}
+
+template <>
+void setValue<gui::Image::Info>(lua_State* L, gui::Image::Info const& value) {
+    lua_createtable(L, 0, 10);
+    setField(L, "file", value.file);
+    setOpaqueDefaultColorField(L, "color", value.color);
+    setField(L, "size", value.size);
+    setRectField(L, "rect", value.rect);
+    setField(L, "userTexSampler", static_cast<int>(value.userTexSampler));
+    setField(L, "resizeToFill", value.resizeToFill);
+    setField(L, "tileHorizontally", value.tileHorizontally);
+    setField(L, "tileVertically", value.tileVertically);
+    setField(L, "horzAlign", value.horzAlign);
+    setField(L, "vertAlign", value.vertAlign);
+}
+
+template <>
+void setValue<gui::Text::Info>(lua_State* L, gui::Text::Info const& value) {
+    lua_createtable(L, 0, 14);
+    setField(L, "font", value.font);
+    setField(L, "fontSize", static_cast<int>(value.fontSize));
+    setField(L, "lineHeight", static_cast<int>(value.lineHeight));
+    setField(L, "lineThroughHeight", static_cast<int>(value.lineThroughHeight));
+    setField(L, "lineThroughOffset", static_cast<int>(value.lineThroughOffset));
+    setField(L, "blur", static_cast<int>(value.blur));
+    setOpaqueDefaultColorField(L, "color", value.color);
+    setColorField(L, "bkgColor", value.bkgColor);
+    setColorField(L, "shadowColor", value.shadowColor);
+    setColorField(L, "blurColor", value.blurColor);
+    setColorField(L, "lineThroughColor", value.lineThroughColor);
+    setField(L, "shadowOffset", value.shadowOffset);
+    setField(L, "horzAlign", value.horzAlign);
+    setField(L, "vertAlign", value.vertAlign);
+}
+
+template <>
+void setValue<gui::skin::StateInfo>(lua_State* L, gui::skin::StateInfo const& value) {
+    if (!value.hasBkg && !value.hasPicture && !value.hasText) {
+        lua_pushnil(L);
+        return;
+    }
+    lua_createtable(L, 0, 3);
+    value.saveToLua(L);
+}
+
+template <>
+void setValue<gui::WindowBase::HotKey>(lua_State* L, gui::WindowBase::HotKey const& value) {
+    lua_createtable(L, 0, 4);
+    setField(L, "altPressed", value.altPressed);
+    setField(L, "ctrlPressed", value.ctrlPressed);
+    setField(L, "shiftPressed", value.shiftPressed);
+    char const* name = gui::getKeyboardButtonName(value.button);
+    lua_pushstring(L, name ? name : "");
+    lua_setfield(L, -2, "button");
 }
 
 bool getColor(lua_State* L, int index, osg::Vec4f& out) {

@@ -1,12 +1,22 @@
 #pragma once
 
+#include <memory>
+
 #include "Align.h"
 #include "Export.h"
+#include "Skin/Bkg.h"
+#include "Skin/Image.h"
+#include "Skin/Text.h"
+#include "WindowBase.h"
 #include "orm/Lua.h"
 #include "orm/String.h"
 #include "osg/Rect.h"
 #include "osg/Vec2i.h"
 #include "osg/Vec4f.h"
+
+namespace gui::skin {
+class StateInfo;
+}  // namespace gui::skin
 
 // The one definition of the Lua forms of the toolkit's value types. Readers
 // answer false for a value of the wrong type and leave `out` as it was (the
@@ -47,6 +57,16 @@ template <> VUREL_EXPORT bool getValue<osg::Recti>(lua_State* L, int index, osg:
 template <> VUREL_EXPORT bool getValue<gui::Insets>(lua_State* L, int index, gui::Insets& out);
 template <> VUREL_EXPORT bool getValue<osg::Vec4f>(lua_State* L, int index, osg::Vec4f& out);
 template <> VUREL_EXPORT bool getValue<gui::Align>(lua_State* L, int index, gui::Align& out);
+// The three Info readers reset `out` to its defaults before reading, so an
+// absent key means the default, not the old value.
+template <> VUREL_EXPORT bool getValue<gui::Bkg::Info>(lua_State* L, int index, gui::Bkg::Info& out);
+template <> VUREL_EXPORT bool getValue<gui::Image::Info>(lua_State* L, int index, gui::Image::Info& out);
+template <> VUREL_EXPORT bool getValue<gui::Text::Info>(lua_State* L, int index, gui::Text::Info& out);
+// With a table: a new object that the caller owns; otherwise `out` is left alone.
+template <> VUREL_EXPORT bool getValue<gui::skin::StateInfo*>(lua_State* L, int index, gui::skin::StateInfo*& out);
+template <> VUREL_EXPORT bool getValue<std::shared_ptr<gui::skin::StateInfo>>(
+    lua_State* L, int index, std::shared_ptr<gui::skin::StateInfo>& out);
+template <> VUREL_EXPORT bool getValue<gui::WindowBase::HotKey>(lua_State* L, int index, gui::WindowBase::HotKey& out);
 
 template <> VUREL_EXPORT void setValue<int>(lua_State* L, int const& value);
 template <> VUREL_EXPORT void setValue<float>(lua_State* L, float const& value);
@@ -60,6 +80,12 @@ template <> VUREL_EXPORT void setValue<osg::Recti>(lua_State* L, osg::Recti cons
 template <> VUREL_EXPORT void setValue<gui::Insets>(lua_State* L, gui::Insets const& value);
 template <> VUREL_EXPORT void setValue<osg::Vec4f>(lua_State* L, osg::Vec4f const& value);
 template <> VUREL_EXPORT void setValue<gui::Align>(lua_State* L, gui::Align const& value);
+template <> VUREL_EXPORT void setValue<gui::Bkg::Info>(lua_State* L, gui::Bkg::Info const& value);
+template <> VUREL_EXPORT void setValue<gui::Image::Info>(lua_State* L, gui::Image::Info const& value);
+template <> VUREL_EXPORT void setValue<gui::Text::Info>(lua_State* L, gui::Text::Info const& value);
+// Nil when the entry has none of its three parts.
+template <> VUREL_EXPORT void setValue<gui::skin::StateInfo>(lua_State* L, gui::skin::StateInfo const& value);
+template <> VUREL_EXPORT void setValue<gui::WindowBase::HotKey>(lua_State* L, gui::WindowBase::HotKey const& value);
 
 // The colour string "0xRRGGBBAA" ("0x" optional). Anything but a string gives
 // transparent black and false; a string that does not parse gives transparent black.

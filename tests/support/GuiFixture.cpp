@@ -13,7 +13,7 @@ void GuiFixture::SetUp() {
         rastRenderer::create(std::make_unique<rastRecordingBackend>());
     else
         rastRenderer::create(std::make_unique<rastNullBackend>());
-    gui::GUI::create(dataPath("minimal_skin.lua"), viewport, scale);
+    gui::GUI::create(dataPath(skinFile), viewport, scale);
 }
 
 void GuiFixture::TearDown() {

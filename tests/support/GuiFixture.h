@@ -16,8 +16,8 @@ namespace vurel_test {
 std::string dataPath(std::string const& name);
 
 // A test application, a renderer over the recording backend and a gui::GUI
-// made from the minimal skin script. Torn down in the order an application
-// would use.
+// made from the minimal skin script (or `skinFile`). Torn down in the order
+// an application would use.
 class GuiFixture : public ::testing::Test {
 protected:
     void SetUp() override;
@@ -34,6 +34,8 @@ protected:
     // The null backend, for tests that count allocations or time.
     bool recordingBackend = true;
     osg::Vec2i viewport{800, 600};
+    // The skin script under tests/data; a subclass may name another before SetUp.
+    std::string skinFile = "minimal_skin.lua";
 };
 
 }  // namespace vurel_test

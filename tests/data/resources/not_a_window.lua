@@ -1,0 +1,1 @@
+return { kind = "Panel", name = "just a panel" }

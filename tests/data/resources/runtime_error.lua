@@ -1,0 +1,2 @@
+local t = nil
+return { kind = "Window", text = t.field }

@@ -1,0 +1,1 @@
+return { kind = "Window", text = "unfinished

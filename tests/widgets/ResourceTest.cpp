@@ -1,0 +1,91 @@
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "GuiFixture.h"
+#include "LogCapture.h"
+#include "Panel.h"
+#include "WidgetHandler.h"
+#include "Window.h"
+#include "orm/Lua.h"
+
+using vurel_test::dataPath;
+using vurel_test::GuiFixture;
+
+namespace {
+
+class ResourceTest : public GuiFixture {
+protected:
+    std::string resource(char const* name) { return dataPath(std::string("resources/") + name); }
+    int stackTop() { return lua_gettop(gui().getSkinLuaState()); }
+};
+
+}  // namespace
+
+TEST_F(ResourceTest, AResourceBuildsAWindowThatTakesInput) {
+    gui::WindowBase* window = gui().createWindowFromResource(resource("panels.lua").c_str());
+    ASSERT_NE(window, nullptr);
+    EXPECT_STREQ(window->getWidgetType(), "Window");
+    EXPECT_EQ(window->getText(), L"Panels");
+    EXPECT_EQ(window->getPosition(), osg::Vec2i(50, 40));
+    EXPECT_TRUE(window->getVisible(false));
+    EXPECT_FALSE(window->getDraggable());
+    gui::Widget* inner = window->findWidgetByName(L"inner");
+    ASSERT_NE(inner, nullptr);
+    EXPECT_EQ(inner->getText(), L"press me");
+
+    // A press on the inner panel runs the resource's function, which changes the panel.
+    osg::Vec2i const p = inner->widgetToScreen({10, 10});
+    gui().mouseMove(p.x, p.y);
+    gui().mouseDown(gui::MouseButtonLeft);
+    gui().mouseUp(gui::MouseButtonLeft);
+    frame();
+    EXPECT_EQ(inner->getText(), L"clicked 1");
+
+    // The hot key from the resource closes the window.
+    gui().keyDown(gui::KeyEscape, 0);
+    frame();
+    EXPECT_FALSE(window->getVisible(false));
+    gui::Widget::destroy(window);
+}
+
+TEST_F(ResourceTest, BadResourcesBuildNothingAndNeverCrash) {
+    size_t const alive = gui::WidgetHandler::getAliveCount();
+    int const top = stackTop();
+    for (char const* name : {"unknown_kind.lua", "runtime_error.lua", "syntax_error.lua", "not_a_window.lua",
+                             "no_table.lua", "missing_file.lua"}) {
+        EXPECT_EQ(gui().createWindowFromResource(resource(name).c_str()), nullptr) << name;
+        EXPECT_EQ(gui::WidgetHandler::getAliveCount(), alive) << name << " left widgets alive";
+        EXPECT_EQ(stackTop(), top) << name;
+    }
+    EXPECT_EQ(gui().createWindowFromResource(nullptr), nullptr);
+}
+
+TEST_F(ResourceTest, WrongFieldTypesAreLoggedAndSkipped) {
+    vurel_test::LogCapture log;
+    gui::WindowBase* window = gui().createWindowFromResource(resource("wrong_types.lua").c_str());
+    ASSERT_NE(window, nullptr);
+    EXPECT_EQ(window->getPosition(), osg::Vec2i(7, 9)) << "valid fields still apply";
+    EXPECT_TRUE(window->getEnabled());
+    EXPECT_TRUE(log.contains("VUREL", 8, "Invalid value of property 'size' of Window"));
+    EXPECT_TRUE(log.contains("VUREL", 8, "Unknown property 'noSuchProperty'"));
+    EXPECT_TRUE(log.contains("VUREL", 8, "notAFunction"));
+    ASSERT_NE(window->findWidgetByName(L"child"), nullptr);
+    EXPECT_EQ(window->findWidgetByName(L"child")->getSize().y, 10) << "the good half of a vector stays";
+    gui::Widget::destroy(window);
+}
+
+TEST_F(ResourceTest, LoadingIntoAnExistingWindow) {
+    auto* window = new gui::Window();
+    int const top = stackTop();
+    gui().loadWindowFromResource(resource("panels.lua").c_str(), window);
+    EXPECT_EQ(stackTop(), top);
+    EXPECT_EQ(window->getText(), L"Panels");
+    EXPECT_NE(window->findWidgetByName(L"inner"), nullptr);
+
+    vurel_test::LogCapture log;
+    gui().loadWindowFromResource(resource("missing_file.lua").c_str(), window);
+    EXPECT_FALSE(log.lines().empty()) << "a missing file is logged";
+    EXPECT_EQ(log.lines().front().level, 8);
+    gui::Widget::destroy(window);
+}
