@@ -11,6 +11,8 @@
 #include "Skin/LuaUtil.h"
 #include "Skin/Skin.h"
 #include "Window.h"
+#include "layouts/HorzLayout.h"
+#include "layouts/VertLayout.h"
 
 namespace gui::lua {
 
@@ -97,9 +99,26 @@ void registerWindowProperties() {
                      setAs<ModalWindow, bool>(+[](ModalWindow& w, bool const& v) { w.setLockFlow(v); }));
 }
 
+// A linear layout from { gap = n, horzAlign = Align, vertAlign = Align }.
+template <class L>
+Layout* makeLinearLayout(lua_State* lua, int index) {
+    int gap = 0;
+    luautil::getField(lua, index, "gap", gap);
+    auto* layout = new L(gap);
+    Align horz = layout->getHorzAlign();
+    Align vert = layout->getVertAlign();
+    luautil::getField(lua, index, "horzAlign", horz);
+    luautil::getField(lua, index, "vertAlign", vert);
+    layout->setHorzAlign(horz);
+    layout->setVertAlign(vert);
+    return layout;
+}
+
 }  // namespace
 
 void registerBuiltInKinds() {
+    registerLayoutKind("horz", makeLinearLayout<HorzLayout>);
+    registerLayoutKind("vert", makeLinearLayout<VertLayout>);
     registerWidgetKind("Panel", make<Panel>);
     registerWidgetKind("Window", make<Window>);
     registerWidgetKind("OverlayWindow", make<OverlayWindow>);

@@ -7,6 +7,7 @@
 #include "Panel.h"
 #include "WidgetHandler.h"
 #include "Window.h"
+#include "WindowView.h"
 #include "orm/Lua.h"
 
 using vurel_test::dataPath;
@@ -87,5 +88,21 @@ TEST_F(ResourceTest, LoadingIntoAnExistingWindow) {
     gui().loadWindowFromResource(resource("missing_file.lua").c_str(), window);
     EXPECT_FALSE(log.lines().empty()) << "a missing file is logged";
     EXPECT_EQ(log.lines().front().level, 8);
+    gui::Widget::destroy(window);
+}
+
+TEST_F(ResourceTest, LayoutsFromAResourcePlaceTheChildren) {
+    gui::WindowBase* window = gui().createWindowFromResource(resource("layout.lua").c_str());
+    ASSERT_NE(window, nullptr);
+    frame();
+    gui::Widget* row = window->findWidgetByName(L"row");
+    gui::Widget* ok = window->findWidgetByName(L"ok");
+    gui::Widget* cancel = window->findWidgetByName(L"cancel");
+    ASSERT_TRUE(row && ok && cancel);
+    EXPECT_EQ(row->getPosition().y, 34) << "below the top panel and the gap";
+    EXPECT_EQ(row->getSize().x, window->getView()->getSize().x) << "stretched across the column";
+    // Right-aligned: cancel ends at the row's right edge, ok 6 pixels before it.
+    EXPECT_EQ(cancel->getPosition().x + cancel->getSize().x, row->getSize().x);
+    EXPECT_EQ(ok->getPosition().x + ok->getSize().x + 6, cancel->getPosition().x);
     gui::Widget::destroy(window);
 }
