@@ -1,5 +1,7 @@
 #include "Skin/WindowSkins.h"
 
+#include "Skin/LuaUtil.h"
+
 #include "WindowBase.h"
 #include "WindowHeader.h"
 #include "WindowView.h"
@@ -94,5 +96,47 @@ WindowHeaderSkin::WindowHeaderSkin(WindowHeader* header) : Skin(header, false) {
 
 // Null when other data was set in place of the header's own.
 WindowHeaderData* WindowHeaderSkin::getHeaderData() const { return dynamic_cast<WindowHeaderData*>(data_); }
+
+}  // namespace gui::skin
+
+namespace gui::skin {
+
+void WindowData::loadParams_(lua_State* L) {
+    Data::loadParams_(L);
+    luautil::getField(L, -1, "headerHeight", headerHeight_);
+}
+
+void WindowData::unloadParams_(lua_State* L) const {
+    Data::unloadParams_(L);
+    luautil::setField(L, "headerHeight", headerHeight_);
+}
+
+void WindowHeaderData::loadParams_(lua_State* L) {
+    Data::loadParams_(L);
+    luautil::getField(L, -1, "hasCloseButton", hasCloseButton_);
+    luautil::getField(L, -1, "closeButtonHorzAlign", closeButtonHorzAlign_);
+    luautil::getField(L, -1, "closeButtonVertAlign", closeButtonVertAlign_);
+    luautil::getField(L, -1, "closeButtonText", closeButtonText_);
+}
+
+void WindowHeaderData::unloadParams_(lua_State* L) const {
+    Data::unloadParams_(L);
+    luautil::setField(L, "hasCloseButton", hasCloseButton_);
+    luautil::setField(L, "closeButtonHorzAlign", closeButtonHorzAlign_);
+    luautil::setField(L, "closeButtonVertAlign", closeButtonVertAlign_);
+    luautil::setField(L, "closeButtonText", closeButtonText_);
+}
+
+void WindowBaseSkin::loadSubSkins_(lua_State* L) {
+    Skin::loadSubSkins_(L);
+    loadSubSkin_(L, "header", getHeaderSkin());
+    loadSubSkin_(L, "view", getViewSkin());
+}
+
+void WindowBaseSkin::unloadSubSkins_(lua_State* L) const {
+    Skin::unloadSubSkins_(L);
+    unloadSubSkin_(L, "header", getHeaderSkin());
+    unloadSubSkin_(L, "view", getViewSkin());
+}
 
 }  // namespace gui::skin

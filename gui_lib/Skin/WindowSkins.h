@@ -22,6 +22,8 @@ public:
     virtual int getHeaderHeight() const { return headerHeight_; }
 
 protected:
+    void loadParams_(lua_State* L) override;
+    void unloadParams_(lua_State* L) const override;
     void copyParams_(Data* target) const override;
 
     int headerHeight_ = 20;
@@ -43,6 +45,8 @@ public:
     virtual orm::basic_string<char> const& getCloseButtonText() const { return closeButtonText_; }
 
 protected:
+    void loadParams_(lua_State* L) override;
+    void unloadParams_(lua_State* L) const override;
     void copyParams_(Data* target) const override;
 
     bool hasCloseButton_ = true;
@@ -63,6 +67,11 @@ public:
     void copyTo(Skin* target) const override;
 
 protected:
+    // The "header" and "view" entries of "skins" load straight into the
+    // skins of the window's header and view.
+    void loadSubSkins_(lua_State* L) override;
+    void unloadSubSkins_(lua_State* L) const override;
+
     WindowBase* window_;
 };
 
