@@ -1,5 +1,8 @@
 #include "WindowsManager.h"
 
+#include "Skin/TooltipSkin.h"
+#include "Tooltip.h"
+
 #include <algorithm>
 
 #include "Application.h"
@@ -57,9 +60,61 @@ void fillHandles(List const& windows, orm::vector<WidgetHandler*>& handles) {
 }  // namespace
 
 WindowsManager::WindowsManager(int surfaceId)
-    : surfaceId_(surfaceId), cursorHolder_(std::make_shared<CursorHolder>()) {}
+    : surfaceId_(surfaceId), cursorHolder_(std::make_shared<CursorHolder>()) {
+    auto* tooltip = new Tooltip(this);
+    tooltip_ = tooltip->handler();
+    forcedTooltipSkin_ = std::make_unique<skin::TooltipSkin>(nullptr);
+    defaultTooltipSkin_ = std::make_unique<skin::TooltipSkin>(nullptr);
+    tooltip->getWidgetSkin()->copyTo(forcedTooltipSkin_.get());
+    tooltip->getWidgetSkin()->copyTo(defaultTooltipSkin_.get());
+    tooltipUpdateTarget_ = std::make_unique<TooltipUpdateTarget>(tooltip, this);
+}
 
+// The tooltip widget died with all the others in WidgetHandler::shutdown,
+// which runs before the managers go; its handle must not be asked here.
 WindowsManager::~WindowsManager() = default;
+
+Tooltip* WindowsManager::getTooltip() const { return static_cast<Tooltip*>(WidgetHandler::get(tooltip_)); }
+
+void WindowsManager::forceTooltipText(orm::basic_string<wchar_t> const& text, skin::TooltipSkin const* skin) {
+    forcedTooltipText_ = text;
+    if (skin)
+        skin->copyTo(forcedTooltipSkin_.get());
+}
+
+orm::basic_string<wchar_t> const& WindowsManager::getTooltipText() const {
+    if (!forcedTooltipText_.empty() || !hoveredWindow_)
+        return forcedTooltipText_;
+    Widget const* widget = hoveredWindow_->getTooltipWidget(mousePosition_());
+    if (widget && !widget->getTooltipText().empty())
+        return widget->getTooltipText();
+    return forcedTooltipText_;
+}
+
+bool WindowsManager::prepareTooltip() {
+    Tooltip* tooltip = getTooltip();
+    if (!tooltip)
+        return false;
+    if (!forcedTooltipText_.empty()) {
+        forcedTooltipSkin_->copyTo(tooltip->getWidgetSkin());
+        tooltip->setText(forcedTooltipText_);
+        return true;
+    }
+    if (!hoveredWindow_)
+        return false;
+    Widget const* widget = hoveredWindow_->getTooltipWidget(mousePosition_());
+    if (!widget || widget->getTooltipText().empty())
+        return false;
+    skin::Skin const* skin = widget->getTooltipSkin();
+    (skin ? skin : defaultTooltipSkin_.get())->copyTo(tooltip->getWidgetSkin());
+    tooltip->setText(widget->getTooltipText());
+    return true;
+}
+
+void WindowsManager::setDefaultTooltipSkin(skin::TooltipSkin const* skin) {
+    if (skin)
+        skin->copyTo(defaultTooltipSkin_.get());
+}
 
 WindowsManager* WindowsManager::get(int surfaceId) {
     GUI* gui = GUI::get();
@@ -357,6 +412,7 @@ void WindowsManager::onWindowCursorChanged(WindowBase* window) {
 // ---------------------------------------------------------------- mouse
 
 bool WindowsManager::onMouseDown(MouseButton button, bool isDouble) {
+    tooltipUpdateTarget_->hide();
     ++pressedButtons_;
     skipTooltipRestart_ = true;
     osg::Vec2i const point = mousePosition_();
@@ -409,8 +465,12 @@ bool WindowsManager::onMouseMove(osg::Vec2i const& position) {
     }
     // With no button held, the first move after a press is skipped, and the
     // ones after it count as the mouse coming to rest somewhere new.
-    if (pressedButtons_ == 0)
-        skipTooltipRestart_ = false;
+    if (pressedButtons_ == 0) {
+        if (skipTooltipRestart_)
+            skipTooltipRestart_ = false;
+        else
+            tooltipUpdateTarget_->restart();
+    }
     return taken;
 }
 
@@ -509,10 +569,14 @@ void WindowsManager::parse() {
 
 void WindowsManager::draw() {
     forEachSnapshot_([](Widget* window) { window->draw(); });
+    if (Widget* tooltip = WidgetHandler::get(tooltip_))
+        tooltip->draw();
 }
 
 void WindowsManager::make(GraphicCommands* commands) {
     forEachSnapshot_([commands](Widget* window) { window->make(commands); });
+    if (Widget* tooltip = WidgetHandler::get(tooltip_))
+        tooltip->make(commands);
 }
 
 void WindowsManager::setAllWindowsDirty(int flag) {

@@ -6,12 +6,18 @@
 #include "Export.h"
 #include "InputTypes.h"
 #include "orm/Allocator.h"
+#include "orm/String.h"
 #include "osg/Vec2i.h"
 
 namespace gui {
+namespace skin {
+class TooltipSkin;
+}
 
 class GraphicCommands;
 class PopupWindow;
+class Tooltip;
+class TooltipUpdateTarget;
 class Widget;
 class WidgetHandler;
 class Window;
@@ -58,6 +64,16 @@ public:
     // The one window of this surface that the mouse passes through; null for none.
     void setWindowTransparentForUserInput(Window* window);
     void setMouseCursorCallback(MouseCursorCallback callback);
+
+    // Tooltips. A forced text shows wherever the mouse rests, with the forced
+    // skin; otherwise the text of the widget under the mouse, with its own
+    // tooltip skin or the default one.
+    void forceTooltipText(orm::basic_string<wchar_t> const& text, skin::TooltipSkin const* skin);
+    orm::basic_string<wchar_t> const& getTooltipText() const;
+    // Gives the tooltip the text and skin to show; false when there is nothing to show.
+    bool prepareTooltip();
+    void setDefaultTooltipSkin(skin::TooltipSkin const* skin);
+    Tooltip* getTooltip() const;
 
     // Input delivery; each answers whether a window took the message.
     bool onMouseDown(MouseButton button, bool isDouble);
@@ -133,6 +149,13 @@ private:
     bool skipTooltipRestart_ = false;
     std::shared_ptr<CursorHolder> cursorHolder_;
     WindowBase* transparentWindow_ = nullptr;
+    // The tooltip widget is owned here but held by its handle: shutdown may
+    // delete it with every other widget before the manager goes.
+    WidgetHandler* tooltip_ = nullptr;
+    std::unique_ptr<skin::TooltipSkin> forcedTooltipSkin_;
+    std::unique_ptr<skin::TooltipSkin> defaultTooltipSkin_;
+    std::unique_ptr<TooltipUpdateTarget> tooltipUpdateTarget_;
+    orm::basic_string<wchar_t> forcedTooltipText_;
 };
 
 }  // namespace gui
