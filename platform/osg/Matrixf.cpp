@@ -62,7 +62,7 @@ Matrixf Matrixf::operator*(Matrixf const& o) const {
         for (int col = 0; col < 4; ++col) {
             float sum = 0.0f;
             for (int k = 0; k < 4; ++k)
-                sum += (*this)(row, k) * o(k, col);
+                sum += o(row, k) * (*this)(k, col);
             r(row, col) = sum;
         }
     return r;

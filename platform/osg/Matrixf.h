@@ -15,9 +15,11 @@ struct Quat {
     constexpr bool isIdentity() const { return x == 0.0f && y == 0.0f && z == 0.0f && w == 1.0f; }
 };
 
-// A 4x4 float matrix for column vectors, stored column by column as OpenGL
-// expects: element (row r, column c) is m[c * 4 + r]. `a * b` applies b first,
-// so `M = M * T` moves drawing into T's local frame, as glTranslate does.
+// A 4x4 float matrix stored column by column as OpenGL expects: element
+// (row r, column c) is m[c * 4 + r], the translation in m[12..14].
+// Products read in the order transforms apply: `a * b` applies a first and b
+// after it, so `M = M * T` adds T after M, and `T * M` puts T in front.
+// (Element-wise this is b times a for column vectors.)
 class VUREL_EXPORT Matrixf {
 public:
     Matrixf() { makeIdentity(); }

@@ -247,14 +247,18 @@ TEST_F(GraphicCommandsReplay, StateCommands) {
     technique->release();
     renderer_->resetTechnique();
 
-    // The recorded matrix goes in front: the renderer's translation is rotated by it.
+    // The recorded matrix goes in front: it applies before the renderer's
+    // translation, which therefore stays as it was, while a point is rotated first.
     renderer_->setModelViewMatrix(osg::Matrixf::translate(10, 0, 0));
     auto* preMult = GraphicCommandPreMultModelViewMatrix::take();
     preMult->set(osg::Matrixf::rotate(1.5707964f, 0, 0, 1));
     preMult->draw();
     preMult->release();
-    EXPECT_NEAR(renderer_->getModelViewMatrix().getTranslation().x, 0.0f, 1e-5f);
-    EXPECT_NEAR(renderer_->getModelViewMatrix().getTranslation().y, 10.0f, 1e-5f);
+    EXPECT_NEAR(renderer_->getModelViewMatrix().getTranslation().x, 10.0f, 1e-5f);
+    EXPECT_NEAR(renderer_->getModelViewMatrix().getTranslation().y, 0.0f, 1e-5f);
+    osg::Vec2f const p = renderer_->getModelViewMatrix().transformPoint({1, 0});
+    EXPECT_NEAR(p.x, 10.0f, 1e-5f);
+    EXPECT_NEAR(p.y, 1.0f, 1e-5f);
     renderer_->setModelViewMatrix(osg::Matrixf());
 
     // Batch -1 draws all batches, others one. Samplers 1 and 2 hold for one

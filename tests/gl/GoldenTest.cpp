@@ -156,7 +156,7 @@ TEST_F(GoldenTest, TargetsDrawnAsPicturesWithOpacity) {
             projection.makeOrtho2D(0, 32, 32, 0);
             rastRenderer::ModelViewMatrixGuard modelView;
             if (rotate)
-                modelView.makeIdentity().makeTranslate(16, 16, 0).makeRotate(0.5f, 0, 0, 1).setTranslate(-10, -10, 0);
+                modelView.makeIdentity().makeTranslate(-10, -10, 0).makeRotate(0.5f, 0, 0, 1).setTranslate(16, 16, 0);
             else
                 modelView.setIdentity();
             rastShaderQuads list;

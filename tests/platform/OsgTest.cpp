@@ -17,20 +17,20 @@ void expectPoint(osg::Vec2f const& actual, float x, float y) {
 
 }  // namespace
 
-// Column vectors: a * b applies b first.
-TEST(OsgMatrix, ProductAppliesRightOperandFirst) {
+// Products read in the order the transforms apply: a * b applies a first.
+TEST(OsgMatrix, ProductAppliesLeftOperandFirst) {
     osg::Matrixf const t = osg::Matrixf::translate(10, 0, 0);
     osg::Matrixf const r = osg::Matrixf::rotate(kHalfPi, 0, 0, 1);
     expectPoint(r.transformPoint({1, 0}), 0, 1);  // counter-clockwise about z
-    expectPoint((t * r).transformPoint({1, 0}), 10, 1);
-    expectPoint((r * t).transformPoint({1, 0}), 0, 11);
+    expectPoint((t * r).transformPoint({1, 0}), 0, 11);
+    expectPoint((r * t).transformPoint({1, 0}), 10, 1);
 
     osg::Matrixf m = t;
     m.postMult(osg::Matrixf::translate(0, 5, 0)).postMult(r);
-    expectPoint(m.transformPoint({1, 0}), 10, 6);
+    expectPoint(m.transformPoint({1, 0}), -5, 11);
     osg::Matrixf n = t;
     n.preMult(r);
-    expectPoint(n.transformPoint({1, 0}), 0, 11);
+    expectPoint(n.transformPoint({1, 0}), 10, 1);
 }
 
 TEST(OsgMatrix, TranslateStoresColumnMajor) {

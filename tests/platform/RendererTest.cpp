@@ -113,7 +113,7 @@ TEST_F(RastTest, ModelViewGuardMakesLocallyAndSetsScaled) {
             rastRenderer::ModelViewMatrixGuard inner;  // starts from the outer matrix
             inner.setTranslate(5, 0, 0);
             inner.setIdentity();
-            inner.makeTranslate(1, 0, 0).setRotate(kHalfPi, 0, 0, 1);
+            inner.makeRotate(kHalfPi, 0, 0, 1).setTranslate(1, 0, 0);
             osg::Vec2f const p = renderer_->getModelViewMatrix().transformPoint({1, 0});
             EXPECT_NEAR(p.x, 2, 1e-5f);  // rotated first, then moved
             EXPECT_NEAR(p.y, 1, 1e-5f);
