@@ -9,7 +9,7 @@ packages=(
   liblua5.1-0-dev libboost-dev
   libfreetype-dev fonts-dejavu-core libpng-dev
   libepoxy-dev libegl-dev libegl-mesa0 libgl1-mesa-dri libsdl2-dev
-  libgtest-dev libgmock-dev libbenchmark-dev
+  libgtest-dev libgmock-dev libbenchmark-dev libimgui-dev
 )
 
 missing=()
