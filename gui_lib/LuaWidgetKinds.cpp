@@ -3,13 +3,18 @@
 
 #include "LuaBinding.h"
 
+#include "Button.h"
+#include "CheckBox.h"
 #include "GUI.h"
 #include "ModalWindow.h"
 #include "OverlayWindow.h"
 #include "Panel.h"
 #include "PopupWindow.h"
+#include "RadioButton.h"
 #include "Skin/LuaUtil.h"
 #include "Skin/Skin.h"
+#include "SwitchButton.h"
+#include "ToggleButton.h"
 #include "Window.h"
 #include "layouts/HorzLayout.h"
 #include "layouts/VertLayout.h"
@@ -99,6 +104,13 @@ void registerWindowProperties() {
                      setAs<ModalWindow, bool>(+[](ModalWindow& w, bool const& v) { w.setLockFlow(v); }));
 }
 
+// The tri-state value of toggles, check boxes and switch buttons: 0 off,
+// 1 on, -1 mixed. Setting it from a resource raises no "widget change".
+void registerButtonProperties() {
+    registerProperty("state", setAs<ToggleButton, int>(+[](ToggleButton& w, int const& v) { w.setState(v); }),
+                     getAs<ToggleButton, int>(+[](ToggleButton const& w) { return w.getState(); }));
+}
+
 // A linear layout from { gap = n, horzAlign = Align, vertAlign = Align }.
 template <class L>
 Layout* makeLinearLayout(lua_State* lua, int index) {
@@ -124,8 +136,14 @@ void registerBuiltInKinds() {
     registerWidgetKind("OverlayWindow", make<OverlayWindow>);
     registerWidgetKind("ModalWindow", make<ModalWindow>);
     registerWidgetKind("PopupWindow", make<PopupWindow>);
+    registerWidgetKind("Button", make<Button>);
+    registerWidgetKind("ToggleButton", make<ToggleButton>);
+    registerWidgetKind("SwitchButton", make<SwitchButton>);
+    registerWidgetKind("CheckBox", make<CheckBox>);
+    registerWidgetKind("RadioButton", make<RadioButton>);
     registerWidgetProperties();
     registerWindowProperties();
+    registerButtonProperties();
 }
 
 }  // namespace gui::lua

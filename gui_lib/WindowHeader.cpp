@@ -3,11 +3,13 @@
 #include <algorithm>
 
 #include "Application.h"
+#include "CloseButton.h"
 #include "GUI.h"
 #include "Skin/WindowSkins.h"
 #include "WidgetHandler.h"
 #include "WindowBase.h"
 #include "WindowsManager.h"
+#include "orm/Utf8.h"
 
 namespace gui {
 
@@ -107,20 +109,51 @@ int WindowHeader::getInnerState() const { return window_.getInnerState(); }
 bool WindowHeader::getVisible() const { return visible_ && size_.y >= 1; }
 
 void WindowHeader::setHasCloseButton(bool has) {
-    // The button itself comes with the button family; until then the header
-    // only remembers whether its skin asks for one.
     hasCloseButton_ = has;
+    if (has && !closeButton_) {
+        closeButton_ = new CloseButton(window_, getHeaderSkin()->getCloseButtonSkin());
+        // After the dragger, so that it is hit first.
+        insertWidget_(closeButton_, -1);
+    } else if (!has && closeButton_) {
+        Widget::destroy(closeButton_);
+        closeButton_ = nullptr;
+    }
+}
+
+void WindowHeader::removeWidget_(Widget* widget) {
+    // A close button destroyed from outside is forgotten.
+    if (widget && widget == static_cast<Widget*>(closeButton_))
+        closeButton_ = nullptr;
+    Container::removeWidget_(widget);
 }
 
 void WindowHeader::onSizeChanged_(osg::Vec2i const& size) {
     Container::onSizeChanged_(size);
+    layoutParts_();
+}
+
+void WindowHeader::updateSize_() {
+    Container::updateSize_();
+    layoutParts_();
+}
+
+void WindowHeader::layoutParts_() {
     skin::WindowHeaderData const* data = getHeaderSkin()->getHeaderData();
     Insets const insets = data ? data->getInsets() : Insets();
     osg::Vec2i const areaPosition(insets.left, insets.top);
-    osg::Vec2i const areaSize(std::max(size.x - insets.left - insets.right, 0),
-                              std::max(size.y - insets.top - insets.bottom, 0));
+    osg::Vec2i const areaSize(std::max(size_.x - insets.left - insets.right, 0),
+                              std::max(size_.y - insets.top - insets.bottom, 0));
     if (data)
         setHasCloseButton(data->getHasCloseButton());
+    if (closeButton_ && data) {
+        closeButton_->setText(orm::iconv_utf8_to_wchar(data->getCloseButtonText()));
+        // A square of the area's height, as far as the button's limits allow.
+        closeButton_->setSize(osg::Vec2i(areaSize.y, areaSize.y));
+        Align2 const align(data->getCloseButtonHorzAlign(), data->getCloseButtonVertAlign());
+        osg::Recti const rect = align.calc(closeButton_->getSize(), areaSize);
+        closeButton_->setPosition(areaPosition + rect.min);
+        closeButton_->setSize(osg::Vec2i(rect.width(), rect.height()));
+    }
     if (Widget* dragger = getDragger()) {
         dragger->setPosition(areaPosition);
         dragger->setSize(areaSize);

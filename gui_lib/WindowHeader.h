@@ -26,12 +26,20 @@ public:
     WindowBase& getWindow() const { return window_; }
     CloseButton* getCloseButton() const { return closeButton_; }
     bool getHasCloseButton() const { return hasCloseButton_; }
+    // True makes the close button from the header skin's close button skin;
+    // false destroys it.
     void setHasCloseButton(bool has);
     skin::WindowHeaderSkin* getHeaderSkin() const;
     Widget* getDragger() const;
 
 protected:
     void onSizeChanged_(osg::Vec2i const& size) override;
+    // A skin change (insets, close button placement) lays the parts out again.
+    void updateSize_() override;
+    void removeWidget_(Widget* widget) override;
+
+    // Places the close button and the dragger inside the insets.
+    void layoutParts_();
 
     WindowBase& window_;
     CloseButton* closeButton_ = nullptr;

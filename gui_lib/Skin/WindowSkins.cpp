@@ -1,5 +1,6 @@
 #include "Skin/WindowSkins.h"
 
+#include "Skin/ButtonSkins.h"
 #include "Skin/LuaUtil.h"
 
 #include "WindowBase.h"
@@ -89,9 +90,30 @@ void WindowBaseSkin::copyTo(Skin* target) const {
 
 // ---------------------------------------------------------------- WindowHeaderSkin
 
-WindowHeaderSkin::WindowHeaderSkin(WindowHeader* header) : Skin(header, false) {
+WindowHeaderSkin::WindowHeaderSkin(WindowHeader* header)
+    : Skin(header, false), closeButtonSkin_(new ButtonSkin(nullptr)) {
     data_ = new WindowHeaderData(this);
     ownsData_ = true;
+}
+
+// The header's children, the close button among them, are gone by now.
+WindowHeaderSkin::~WindowHeaderSkin() { delete closeButtonSkin_; }
+
+void WindowHeaderSkin::copyTo(Skin* target) const {
+    Skin::copyTo(target);
+    auto* header = dynamic_cast<WindowHeaderSkin*>(target);
+    if (header && header != this)
+        closeButtonSkin_->copyTo(header->closeButtonSkin_);
+}
+
+void WindowHeaderSkin::loadSubSkins_(lua_State* L) {
+    Skin::loadSubSkins_(L);
+    loadSubSkin_(L, "closeButton", closeButtonSkin_);
+}
+
+void WindowHeaderSkin::unloadSubSkins_(lua_State* L) const {
+    Skin::unloadSubSkins_(L);
+    unloadSubSkin_(L, "closeButton", closeButtonSkin_);
 }
 
 // Null when other data was set in place of the header's own.

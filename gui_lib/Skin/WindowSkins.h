@@ -13,6 +13,8 @@ class WindowHeader;
 
 namespace gui::skin {
 
+class ButtonSkin;
+
 // The look of a window: the common data plus the height of its title header.
 class VUREL_EXPORT WindowData : public Data {
 public:
@@ -75,12 +77,24 @@ protected:
     WindowBase* window_;
 };
 
-// The painter of a window's title header, owning its WindowHeaderData.
+// The painter of a window's title header, owning its WindowHeaderData and the
+// painter of the close button, which the button borrows while it lives.
 class VUREL_EXPORT WindowHeaderSkin : public Skin {
 public:
     explicit WindowHeaderSkin(WindowHeader* header);
+    ~WindowHeaderSkin() override;
 
     WindowHeaderData* getHeaderData() const;
+    ButtonSkin* getCloseButtonSkin() const { return closeButtonSkin_; }
+    // The work of Skin, then the close button's look.
+    void copyTo(Skin* target) const override;
+
+protected:
+    // The "closeButton" entry of "skins" loads into the close button's painter.
+    void loadSubSkins_(lua_State* L) override;
+    void unloadSubSkins_(lua_State* L) const override;
+
+    ButtonSkin* closeButtonSkin_;
 };
 
 }  // namespace gui::skin

@@ -1,7 +1,7 @@
 -- The default skin of the tests. Textures are pictures the tests register by
--- name ("skin/frame" 8x8, "skin/icon" 16x8); "fixed" is the fixed-width test
--- font (8 pixels a character, 16 a line). Every value form of the skin format
--- appears at least once.
+-- name ("skin/frame" 8x8, "skin/icon" 16x8, "skin/check" 12x12); "fixed" is the
+-- fixed-width test font (8 pixels a character, 16 a line). Every value form of
+-- the skin format appears at least once.
 
 local FONT = "fixed"
 
@@ -146,3 +146,89 @@ function Skin.tooltipSkin()
         },
     }
 end
+
+-- Buttons. The text colour tells the look apart: black released, blue hover,
+-- white pressed, grey disabled.
+local BLACK, BLUE, WHITE, GREY = "0x000000ff", "0x0000ffff", "0xffffffff", "0x808080ff"
+
+local function buttonStates(inner)
+    local function entry(edge, center, color)
+        local states = {}
+        for _, i in ipairs(inner) do
+            states[i.key] = { bkg = bkg(edge, i.center or center), text = text(color, { horzAlign = { type = "center", offset = 0 } }) }
+        end
+        return states
+    end
+    return {
+        released = entry("0x606060ff", "0xa0a0a0ff", BLACK),
+        hover = entry("0x707070ff", "0xb0b0b0ff", BLUE),
+        pressed = entry("0x303030ff", "0x505050ff", WHITE),
+        disabled = entry("0x909090ff", "0xc0c0c0ff", GREY),
+    }
+end
+
+local function buttonSkin(inner)
+    return {
+        skinData = {
+            params = {
+                minSize = { horz = 60, vert = 20 },
+                insets = { left = 4, top = 2, right = 4, bottom = 2 },
+                focusRectColor = "0x000000ff",
+            },
+            states = buttonStates(inner),
+        },
+    }
+end
+
+function Skin.buttonSkin() return buttonSkin({ { key = 1 } }) end
+
+-- Off, on and mixed differ in the centre of the background.
+local TOGGLE = { { key = 1 }, { key = 2, center = "0x40c040ff" }, { key = 3, center = "0xc0c040ff" } }
+
+function Skin.toggleButtonSkin() return buttonSkin(TOGGLE) end
+
+function Skin.switchButtonSkin() return buttonSkin(TOGGLE) end
+
+local function check(color)
+    return {
+        file = "skin/check",
+        color = color,
+        size = { horz = 12, vert = 12 },
+        horzAlign = { type = "left", offset = 2 },
+        vertAlign = { type = "middle", offset = 0 },
+    }
+end
+
+-- Check boxes and radio buttons: the label starts right of the mark, which
+-- only the on (2) and mixed (3) states show.
+local function checkSkin(mixedCheck)
+    local function entry(color, mark)
+        return { text = text(color, { horzAlign = { type = "left", offset = 18 } }), check = mark }
+    end
+    return {
+        skinData = {
+            params = {
+                minSize = { horz = 20, vert = 16 },
+                insets = { left = 2, top = 2, right = 2, bottom = 2 },
+                focusRectColor = "0x000000ff",
+                checkSize = 12,
+                checkGap = 4,
+                pictureSize = 0,
+                pictureGap = 0,
+            },
+            states = {
+                released = {
+                    [1] = entry(BLACK),
+                    [2] = entry(BLACK, check("0x000000ff")),
+                    [3] = entry(BLACK, mixedCheck),
+                },
+                hover = { [1] = entry(BLUE), [2] = entry(BLUE), [3] = entry(BLUE) },
+                pressed = { [1] = entry(WHITE), [2] = entry(WHITE), [3] = entry(WHITE) },
+            },
+        },
+    }
+end
+
+function Skin.checkBoxSkin() return checkSkin(check("0x00000080")) end
+
+function Skin.radioButtonSkin() return checkSkin(nil) end
