@@ -370,6 +370,13 @@ int l_close(lua_State* L, Error& error) {
     return 0;
 }
 
+// Hides the window and deletes it at the next frame, out of any callback.
+int l_kill(lua_State* L, Error& error) {
+    if (auto* window = dynamic_cast<WindowBase*>(argWidget(L, 1, error)))
+        window->kill();
+    return 0;
+}
+
 // The window behind a handle, as the C++ side receives it from the loader.
 int l_window(lua_State* L, Error& error) {
     Widget* widget = argWidget(L, 1, error);
@@ -419,6 +426,7 @@ void openBinding(lua_State* L) {
         {"root", guarded<l_root>},
         {"destroy", guarded<l_destroy>},
         {"close", guarded<l_close>},
+        {"kill", guarded<l_kill>},
         {"window", guarded<l_window>},
         {"log", guarded<l_log>},
         {nullptr, nullptr},

@@ -13,6 +13,7 @@
 #include "RadioButton.h"
 #include "Skin/LuaUtil.h"
 #include "Skin/Skin.h"
+#include "Static.h"
 #include "SwitchButton.h"
 #include "ToggleButton.h"
 #include "Window.h"
@@ -141,6 +142,11 @@ void registerBuiltInKinds() {
     registerWidgetKind("SwitchButton", make<SwitchButton>);
     registerWidgetKind("CheckBox", make<CheckBox>);
     registerWidgetKind("RadioButton", make<RadioButton>);
+    registerWidgetKind("Static", make<Static>);
+    registerProperty("angle", setAs<Static, double>(+[](Static& w, double const& v) { w.setAngle(v); }),
+                     getAs<Static, double>(+[](Static const& w) { return w.getAngle(); }));
+    registerProperty("pivot",
+                     setAs<Static, osg::Vec2i>(+[](Static& w, osg::Vec2i const& v) { w.setPivotPoint(v); }));
     registerWidgetProperties();
     registerWindowProperties();
     registerButtonProperties();

@@ -106,3 +106,16 @@ TEST_F(ResourceTest, LayoutsFromAResourcePlaceTheChildren) {
     EXPECT_EQ(ok->getPosition().x + ok->getSize().x + 6, cancel->getPosition().x);
     gui::Widget::destroy(window);
 }
+
+TEST_F(ResourceTest, LabelsAndAKillFromTheWindowsOwnCallback) {
+    gui::WindowBase* window = gui().createWindowFromResource(resource("label_kill.lua").c_str());
+    ASSERT_NE(window, nullptr);
+    gui::Widget* label = window->findWidgetByName(L"title");
+    ASSERT_NE(label, nullptr);
+    EXPECT_STREQ(label->getWidgetType(), "Static");
+    gui::WidgetHandler* handle = window->handler();
+    window->close();  // its "window close" callback kills it through the queue
+    EXPECT_NE(gui::WidgetHandler::get(handle), nullptr) << "alive until the next frame";
+    frame();
+    EXPECT_EQ(gui::WidgetHandler::get(handle), nullptr);
+}
