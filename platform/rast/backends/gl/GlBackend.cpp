@@ -597,6 +597,14 @@ void rastGlBackend::drawQuads(rastDrawState const& state, rastQuad const* quads,
         flush_();
     batchState_ = state;
     appendQuads_(state, quads, colors, count);
+    if (!batching_)
+        flush_();
+}
+
+void rastGlBackend::setBatching(bool on) {
+    if (valid_)
+        flush_();
+    batching_ = on;
 }
 
 void rastGlBackend::appendQuads_(rastDrawState const& state, rastQuad const* quads, osg::Vec4f const* colors,

@@ -61,6 +61,11 @@ public:
     // The default target as a PNG file.
     bool writePng(char const* path);
 
+    // On by default. Off, every drawQuads goes out as a draw call of its own:
+    // the baseline against which batching is measured.
+    void setBatching(bool on);
+    bool getBatching() const { return batching_; }
+
     char const* getName() const override { return "gl"; }
 
     rastTextureId createTexture(int width, int height, rastPixelFormat format, void const* pixels) override;
@@ -150,6 +155,7 @@ private:
                          int indexCount);
 
     bool valid_ = false;
+    bool batching_ = true;
     std::string assetDir_;
     rastFrameStats stats_;
 
