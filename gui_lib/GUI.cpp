@@ -80,9 +80,11 @@ GUI::~GUI() {
         ORM_lua_close(skinLuaState_);
         skinLuaState_ = nullptr;
     }
-    // Every layout and widget still alive dies here; destructors must not touch Lua.
-    LayoutHandler::shutdown();
+    // Every widget and layout still alive dies here; destructors must not touch
+    // Lua. Widgets first: a container destroys its own layout through the
+    // layout's handle, which must still be there; orphan layouts go after.
     WidgetHandler::shutdown();
+    LayoutHandler::shutdown();
     for (GuiSurface& surface : surfaces_)
         delete surface.manager;
     surfaces_.clear();

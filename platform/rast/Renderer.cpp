@@ -1,5 +1,9 @@
 #include "rast/Renderer.h"
 
+#include <algorithm>
+#include <cmath>
+#include <limits>
+
 #include "rast/Font.h"
 #include "rast/FrameBuffer.h"
 #include "rast/Geometry.h"
@@ -101,10 +105,23 @@ void rastRenderer::popModelViewMatrix() {
         backend_->setModelViewMatrix(modelView_);
 }
 
+// A rectangle in units as a rectangle in target pixels, as positions are
+// scaled: outwards to whole pixels, within the range of int.
+osg::Recti rastRenderer::toPixels_(osg::Recti const& rect) const {
+    if (scale_ == 1.0f)
+        return rect;
+    auto scaled = [this](int v, bool up) {
+        double const p = up ? std::ceil(double(v) * scale_) : std::floor(double(v) * scale_);
+        return static_cast<int>(std::clamp(p, double(std::numeric_limits<int>::min()),
+                                           double(std::numeric_limits<int>::max())));
+    };
+    return {scaled(rect.min.x, false), scaled(rect.min.y, false), scaled(rect.max.x, true), scaled(rect.max.y, true)};
+}
+
 void rastRenderer::pushClipRect(osg::Recti const& rect) {
-    osg::Recti effective = rect;
+    osg::Recti effective = toPixels_(rect);
     if (clipStack_.size() > clipBase_)
-        effective = rect.intersect(clipStack_.back());
+        effective = effective.intersect(clipStack_.back());
     // An empty cut stays a valid, empty scissor rather than an inverted one.
     if (effective.max.x < effective.min.x)
         effective.max.x = effective.min.x;

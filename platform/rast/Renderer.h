@@ -68,7 +68,8 @@ public:
     void pushModelViewMatrix();
     void popModelViewMatrix();
 
-    // Scissor stack in target pixels; each rectangle is cut to the one below it.
+    // Scissor stack. Rectangles come in units, like positions, and are kept in
+    // target pixels (times the scale); each is cut to the one below it.
     // Depth and current clip are those of the target being drawn: inside
     // renderTo the clips of the outer target do not count.
     void pushClipRect(osg::Recti const& rect);
@@ -201,6 +202,7 @@ private:
     };
 
     void applyClip_();
+    osg::Recti toPixels_(osg::Recti const& rect) const;
 
     std::unique_ptr<rastBackend> backend_;
     std::unique_ptr<rastShader> shader_;

@@ -49,6 +49,11 @@ std::array<int, 4> GlFixture::pixel(int x, int y) const {
 
 void GlFixture::expectGolden(std::string const& name, int tolerance) {
     readBack();
+    expectGoldenPicture(name, pixels, width, height, tolerance);
+}
+
+void expectGoldenPicture(std::string const& name, std::vector<uint8_t> const& pixels, int width, int height,
+                         int tolerance) {
     std::string const golden = std::string(VUREL_GOLDEN_DIR) + "/" + name + ".png";
     if (std::getenv("VUREL_UPDATE_GOLDEN")) {
         ASSERT_TRUE(rastWritePng(golden.c_str(), pixels.data(), width, height));

@@ -44,6 +44,11 @@ protected:
     int width = 0, height = 0;
 };
 
+// Compares RGBA `pixels` with tests/golden/<name>.png as expectGolden does,
+// for pictures drawn outside a GlFixture.
+void expectGoldenPicture(std::string const& name, std::vector<uint8_t> const& pixels, int width, int height,
+                         int tolerance = 8);
+
 // RGBA bytes of a picture of `w` x `h` in one colour.
 std::vector<uint8_t> solidPicture(int w, int h, std::array<uint8_t, 4> rgba);
 
