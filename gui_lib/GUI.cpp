@@ -1,6 +1,7 @@
 #include "GUI.h"
 
 #include <algorithm>
+#include <cmath>
 
 #include "Application.h"
 #include "LuaBinding.h"
@@ -309,7 +310,9 @@ void GUI::draw() {
     float const s = renderer->getScale();
 
     rastRenderer::ViewportGuard viewport(osg::Recti(0, 0, size.x, size.y));
-    rastRenderer::ClipRectGuard clip(osg::Recti(0, 0, size.x, size.y));
+    // Clip rectangles are in units like positions; the renderer scales them to pixels.
+    rastRenderer::ClipRectGuard clip(osg::Recti(0, 0, static_cast<int>(std::ceil(static_cast<float>(size.x) / s)),
+                                                static_cast<int>(std::ceil(static_cast<float>(size.y) / s))));
     rastRenderer::ProjectionMatrixGuard projection;
     projection.makeOrtho2D(0.0f, static_cast<float>(size.x) / s, static_cast<float>(size.y) / s, 0.0f);
     rastRenderer::ModelViewMatrixGuard modelView;
