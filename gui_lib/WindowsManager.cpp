@@ -5,6 +5,8 @@
 
 #include <algorithm>
 
+#include <boost/container/small_vector.hpp>
+
 #include "Application.h"
 #include "GUI.h"
 #include "OverlayWindow.h"
@@ -258,6 +260,7 @@ void WindowsManager::setWindowTransparentForUserInput(Window* window) {
 void WindowsManager::showNormalWindow(WindowBase* window) {
     if (!window || window->getAsWidget())
         return;
+    handlesStale_ = true;
     closePopups_(false);
     removeFrom(normalWindows_, window);
     insertByZOrder_(normalWindows_, window);
@@ -268,6 +271,7 @@ void WindowsManager::showNormalWindow(WindowBase* window) {
 void WindowsManager::hideNormalWindow(WindowBase* window) {
     if (!window || window->getAsWidget())
         return;
+    handlesStale_ = true;
     closePopups_(false);
     window->setFocused(false);
     removeFrom(normalWindows_, window);
@@ -281,6 +285,7 @@ void WindowsManager::hideNormalWindow(WindowBase* window) {
 void WindowsManager::showModalWindow(WindowBase* window) {
     if (!window || window->getAsWidget())
         return;
+    handlesStale_ = true;
     releaseCapture_();
     closePopups_(false);
     window->setFocused(true);
@@ -293,6 +298,7 @@ void WindowsManager::showModalWindow(WindowBase* window) {
 void WindowsManager::hideModalWindow(WindowBase* window) {
     if (!window || window->getAsWidget())
         return;
+    handlesStale_ = true;
     closePopups_(false);
     window->setFocused(false);
     removeFrom(modalWindows_, window);
@@ -303,6 +309,7 @@ void WindowsManager::hideModalWindow(WindowBase* window) {
 void WindowsManager::showPopupWindow(PopupWindow* window) {
     if (!window || window->getAsWidget())
         return;
+    handlesStale_ = true;
     window->setFocused(true);
     window->setActive(true);
     removeFrom(popupWindows_, window);
@@ -314,6 +321,7 @@ void WindowsManager::showPopupWindow(PopupWindow* window) {
 void WindowsManager::hidePopupWindow(PopupWindow* window) {
     if (!window || window->getAsWidget())
         return;
+    handlesStale_ = true;
     window->setFocused(false);
     window->setActive(false);
     removeFrom(popupWindows_, window);
@@ -324,6 +332,7 @@ void WindowsManager::hidePopupWindow(PopupWindow* window) {
 void WindowsManager::showOverlayWindow(WindowBase* window) {
     if (!window || window->getAsWidget())
         return;
+    handlesStale_ = true;
     removeFrom(overlayWindows_, window);
     insertByZOrder_(overlayWindows_, window);
 }
@@ -331,12 +340,14 @@ void WindowsManager::showOverlayWindow(WindowBase* window) {
 void WindowsManager::hideOverlayWindow(WindowBase* window) {
     if (!window || window->getAsWidget())
         return;
+    handlesStale_ = true;
     removeFrom(overlayWindows_, window);
 }
 
 void WindowsManager::bringWindowForward(WindowBase* window) {
     if (!window || window->getAsWidget())
         return;
+    handlesStale_ = true;
     closePopups_(false);
     if (!modalWindows_.empty() || !contains(normalWindows_, window))
         return;
@@ -363,6 +374,7 @@ void WindowsManager::bringWindowForward(WindowBase* window) {
 }
 
 void WindowsManager::forgetWindow(WindowBase* window) {
+    handlesStale_ = true;
     removeFrom(normalWindows_, window);
     removeFrom(modalWindows_, window);
     removeFrom(overlayWindows_, window);
@@ -525,11 +537,12 @@ bool WindowsManager::onKeyDown(KeyboardButton button, int value) {
         return handled || modalWindows_.back()->onHotKey(hotKey);
     if (handled)
         return true;
-    PopupList const popups = popupWindows_;
+    // Snapshots: a hot key may show or hide windows. Short lists stay off the heap.
+    boost::container::small_vector<PopupWindow*, 8> const popups(popupWindows_.begin(), popupWindows_.end());
     for (size_t i = popups.size(); i-- > 0;)
         if (contains(popupWindows_, popups[i]) && popups[i]->onHotKey(hotKey))
             return true;
-    WindowList const windows = normalWindows_;
+    boost::container::small_vector<WindowBase*, 32> const windows(normalWindows_.begin(), normalWindows_.end());
     for (size_t i = windows.size(); i-- > 0;)
         if (contains(normalWindows_, windows[i]) && windows[i]->onHotKey(hotKey))
             return true;
@@ -549,6 +562,10 @@ bool WindowsManager::onChar(KeyboardButton button, int value) {
 // ---------------------------------------------------------------- frame stages
 
 void WindowsManager::rebuildHandles() {
+    // The snapshots change only with the lists; an idle frame does not touch the windows.
+    if (!handlesStale_)
+        return;
+    handlesStale_ = false;
     fillHandles(overlayWindows_, overlayHandles_);
     fillHandles(normalWindows_, normalHandles_);
     fillHandles(modalWindows_, modalHandles_);

@@ -141,6 +141,8 @@ private:
     orm::vector<WidgetHandler*> popupHandles_;
     orm::vector<WidgetHandler*> modalHandles_;
     orm::vector<WidgetHandler*> overlayHandles_;
+    // Set whenever a window list changes; the snapshots are rebuilt only then.
+    bool handlesStale_ = true;
     WindowBase* hoveredWindow_ = nullptr;
     WidgetHandler* capturedWidget_ = nullptr;
     WidgetHandler* lastClickedWidget_ = nullptr;

@@ -73,6 +73,7 @@ Skin::~Skin() {
     deleteAndClear(bkg_);
     deleteAndClear(text_);
     deleteAndClear(image_);
+    deleteAndClear(spareImage_);
     deleteAndClear(focusRect_);
     deleteTarget_();
 }
@@ -252,16 +253,30 @@ void Skin::redrawText_(InteractiveState state, int inner) {
         text_->redraw(text, size, deleteInvisibleTextLines());
 }
 
+void Skin::putImageAside_(Image*& image) {
+    if (!image)
+        return;
+    delete spareImage_;
+    spareImage_ = image;
+    image = nullptr;
+}
+
+Image* Skin::takeImage_() {
+    Image* image = spareImage_ ? spareImage_ : new Image();
+    spareImage_ = nullptr;
+    return image;
+}
+
 void Skin::redrawImage_(InteractiveState state, int inner) { redrawImage_(image_, data_->getImage(state, inner)); }
 
 void Skin::redrawImage_(Image*& image, Image::Info const* info) {
     if (!info) {
-        deleteAndClear(image);
+        putImageAside_(image);
         return;
     }
     bool sizeChanged = sizeChanged_;
     if (!image) {
-        image = new Image();
+        image = takeImage_();
         sizeChanged = true;
     }
     image->set(*info);

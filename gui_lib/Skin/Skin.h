@@ -143,12 +143,18 @@ protected:
     virtual bool deleteInvisibleTextLines() { return true; }
 
     void deleteTarget_();
+    // A picture the present state does not show leaves its slot but is kept
+    // for the next state that shows one, so that a picture turned off and on
+    // again (a check mark) costs no allocation; it is set afresh when taken.
+    void putImageAside_(Image*& image);
+    Image* takeImage_();
 
     Widget* widget_;
     Data* data_ = nullptr;
     Bkg* bkg_ = nullptr;
     Text* text_ = nullptr;
     Image* image_ = nullptr;
+    Image* spareImage_ = nullptr;
     FocusRect* focusRect_ = nullptr;
     bool textChanged_ = true;
     bool sizeChanged_ = true;

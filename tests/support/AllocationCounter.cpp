@@ -42,6 +42,30 @@ void* operator new(size_t size) { return countedAlloc(size); }
 void* operator new[](size_t size) { return countedAlloc(size); }
 void* operator new(size_t size, std::align_val_t al) { return countedAlignedAlloc(size, al); }
 void* operator new[](size_t size, std::align_val_t al) { return countedAlignedAlloc(size, al); }
+// The nothrow forms too: the standard library asks for temporary buffers
+// with them, and they are freed through the replaced operator delete.
+void* operator new(size_t size, std::nothrow_t const&) noexcept {
+    try {
+        return countedAlloc(size);
+    } catch (...) {
+        return nullptr;
+    }
+}
+void* operator new[](size_t size, std::nothrow_t const& tag) noexcept { return operator new(size, tag); }
+void* operator new(size_t size, std::align_val_t al, std::nothrow_t const&) noexcept {
+    try {
+        return countedAlignedAlloc(size, al);
+    } catch (...) {
+        return nullptr;
+    }
+}
+void* operator new[](size_t size, std::align_val_t al, std::nothrow_t const& tag) noexcept {
+    return operator new(size, al, tag);
+}
+void operator delete(void* p, std::nothrow_t const&) noexcept { std::free(p); }
+void operator delete[](void* p, std::nothrow_t const&) noexcept { std::free(p); }
+void operator delete(void* p, std::align_val_t, std::nothrow_t const&) noexcept { std::free(p); }
+void operator delete[](void* p, std::align_val_t, std::nothrow_t const&) noexcept { std::free(p); }
 void operator delete(void* p) noexcept { std::free(p); }
 void operator delete[](void* p) noexcept { std::free(p); }
 void operator delete(void* p, size_t) noexcept { std::free(p); }
