@@ -191,8 +191,8 @@ void registerCase(FrameTableReporter& table, char const* toolkit, Backend backen
                        std::to_string(controls);
     std::replace(name.begin(), name.end(), ' ', '_');
     table.addCase(name, {toolkit, backendName(backend), scenarioName(scenario), controls});
-    benchmark::RegisterBenchmark(name.c_str(), [=](benchmark::State& state) { run(state, backend, controls, scenario); })
-        ->Unit(benchmark::kMicrosecond);
+    auto const body = [=](benchmark::State& state) { run(state, backend, controls, scenario); };
+    benchmark::RegisterBenchmark(name.c_str(), body)->Unit(benchmark::kMicrosecond);
 }
 
 void registerAll(FrameTableReporter& table) {

@@ -81,7 +81,7 @@ FrameResult const* FrameTableReporter::find_(std::string const& toolkit, std::st
 }
 
 void FrameTableReporter::printVurelTable_() const {
-    std::printf("\n### VUREL: per frame\n\n");
+    std::printf("\n#### VUREL: per frame\n\n");
     std::printf("| windows | frame | controls | widgets | null: CPU µs | logic µs | draw µs | allocs | draw calls "
                 "| GL: CPU µs | wall µs | draw calls |\n");
     std::printf("|---|---|---:|---:|---:|---:|---:|---:|---:|---:|---:|---:|\n");
@@ -104,7 +104,7 @@ void FrameTableReporter::printVurelTable_() const {
 
 void FrameTableReporter::printPeerTable_() const {
     for (char const* backend : {"null", "gl"}) {
-        std::printf("\n### VUREL and Dear ImGui, %s backend: CPU µs per frame\n\n",
+        std::printf("\n#### VUREL and Dear ImGui, %s backend: CPU µs per frame\n\n",
                     std::string(backend) == "gl" ? "OpenGL" : "null");
         std::printf("| frame | controls | VUREL direct | VUREL cached | Dear ImGui | ImGui / direct "
                     "| ImGui / cached | ImGui allocs | ImGui draw calls |\n");
@@ -127,7 +127,7 @@ void FrameTableReporter::printPeerTable_() const {
 }
 
 void FrameTableReporter::printShapes_() const {
-    std::printf("\n### VUREL: how the cost grows with the controls\n\n");
+    std::printf("\n#### VUREL: how the cost grows with the controls\n\n");
     std::printf("| part | 100 | 1,000 | 10,000 | 10,000 / 100 |\n|---|---:|---:|---:|---:|\n");
     struct Row {
         char const* label;
@@ -172,7 +172,7 @@ void FrameTableReporter::printShapes_() const {
 }
 
 void FrameTableReporter::printTables() const {
-    std::printf("\n## Frame cost\n");
+    std::printf("\nThe tables of docs/benchmarks.md, section Frames:\n");
     printVurelTable_();
     printPeerTable_();
     printShapes_();

@@ -12,7 +12,6 @@
 #include "Static.h"
 #include "Widget.h"
 #include "Window.h"
-#include "WindowsManager.h"
 #include "layouts/HorzLayout.h"
 #include "layouts/VertLayout.h"
 #include "rast/Renderer.h"
@@ -74,7 +73,6 @@ protected:
             }
         }
         window->setVisible(true);
-        windows.push_back(window);
     }
 
     // Points along the first row of the top window, left to right and back,
@@ -99,7 +97,6 @@ protected:
         }
     }
 
-    std::vector<gui::Window*> windows;
     std::vector<gui::Panel*> rows;
     std::vector<gui::Button*> buttons;
     std::vector<gui::CheckBox*> checks;
