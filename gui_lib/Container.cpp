@@ -7,6 +7,7 @@
 #include "Skin/SkinData.h"
 #include "WidgetHandler.h"
 #include "layouts/Layout.h"
+#include "rast/Renderer.h"
 
 namespace gui {
 
@@ -409,9 +410,20 @@ void Container::redrawChildren() {
 }
 
 void Container::drawChildren() {
-    for (size_t i = 0; i < widgets_.size(); ++i)
-        if (Widget* child = WidgetHandler::get(widgets_[i]))
-            child->draw();
+    // Clipped, a child draws nothing outside its rectangle, so one that lies
+    // outside the clip in force (scrolled away, or away from the part of a
+    // target being drawn again) is skipped.
+    GUI const* gui = GUI::get();
+    rastRenderer const* renderer = rastRenderer::get();
+    bool const cull = gui && renderer && gui->getClippingEnabled() && gui->getOffscreenScaleFactor() == osg::Vec2f(1, 1);
+    for (size_t i = 0; i < widgets_.size(); ++i) {
+        Widget* child = WidgetHandler::get(widgets_[i]);
+        if (!child)
+            continue;
+        if (cull && renderer->isClippedAway(osg::Recti::fromPosSize(child->getPosition(), child->getSize())))
+            continue;
+        child->draw();
+    }
 }
 
 void Container::makeChildren(GraphicCommands* commands) {

@@ -249,7 +249,10 @@ void Widget::setPosition(osg::Vec2i const& position) {
 }
 
 void Widget::onPositionChanged_(osg::Vec2i const& position) {
+    // A move changes the target the widget is drawn into where it was and where it is.
+    damageOwnerTarget_();
     position_ = position;
+    damageOwnerTarget_();
     callWidgetCallbacks_(ownCallbackIds().position);
 }
 
@@ -260,6 +263,8 @@ void Widget::setSize(osg::Vec2i const& size) {
 }
 
 void Widget::onSizeChanged_(osg::Vec2i const& size) {
+    // The new rectangle is marked stale when the widget is redrawn; the old one now.
+    damageOwnerTarget_();
     size_ = size;
     if (skin_)
         skin_->setSizeChanged();
@@ -600,6 +605,11 @@ void Widget::onChange_() { callWidgetCallbacks_(ownCallbackIds().change); }
 // ---------------------------------------------------------------- dirty protocol
 
 void Widget::setDirty(int) {
+    ownChange_ = true;
+    markDirty_();
+}
+
+void Widget::markDirty_() {
     if (!dirty_) {
         enterRedrawList_();
         if (Widget* parent = WidgetHandler::get(parent_))
@@ -609,11 +619,45 @@ void Widget::setDirty(int) {
 }
 
 void Widget::onChildBecomeDirty_(Widget*) {
-    // A widget drawn through a target holds its children's pixels.
+    // A widget drawn through a target holds its children's pixels: it is
+    // drawn again, but only where the children mark their rectangles stale.
     if (getDrawToTarget())
-        setDirty(DirtySelf);
+        markDirty_();
     if (Widget* parent = WidgetHandler::get(parent_))
         parent->onChildBecomeDirty_(this);
+}
+
+Widget* Widget::findTargetOwner_(osg::Vec2i& parentOrigin) const {
+    parentOrigin = osg::Vec2i(0, 0);
+    for (Widget* w = WidgetHandler::get(parent_); w; w = WidgetHandler::get(w->parent_)) {
+        if (w->getDrawToTarget())
+            return w;
+        parentOrigin += w->position_;
+    }
+    return nullptr;
+}
+
+void Widget::damageOwnerTarget_() {
+    osg::Vec2i origin;
+    Widget* owner = findTargetOwner_(origin);
+    if (!owner)
+        return;
+    GUI const* gui = GUI::get();
+    // Unclipped, a widget may draw anywhere in the target.
+    if (!gui || !gui->getClippingEnabled())
+        owner->targetDamageAll_ = true;
+    osg::Recti const rect = osg::Recti::fromPosSize(origin + position_, size_);
+    owner->targetDamage_.expandBy(rect.min);
+    owner->targetDamage_.expandBy(rect.max);
+    owner->markDirty_();
+}
+
+bool Widget::takeTargetDamage(osg::Recti& damage) {
+    bool const whole = targetDamageAll_;
+    damage = targetDamage_;
+    targetDamage_ = osg::Recti();
+    targetDamageAll_ = false;
+    return whole;
 }
 
 void Widget::redraw() {
@@ -624,6 +668,15 @@ void Widget::redraw() {
         setDirtySize(false);
     }
     if (dirty_) {
+        // A change of its own look, or of what its own target holds, changes
+        // the widget's pixels in the target it is drawn into; its own
+        // look changing also makes its target stale as a whole.
+        bool const ownTarget = getDrawToTarget();
+        if (ownChange_ || ownTarget)
+            damageOwnerTarget_();
+        if (ownChange_ && ownTarget)
+            targetDamageAll_ = true;
+        ownChange_ = false;
         // A hidden widget loses its repaint; showing it asks for a new one.
         if (getVisible(false))
             redraw_();

@@ -162,6 +162,10 @@ public:
     virtual ~Widget();
 
     bool getDirty() const { return dirty_; }
+    // For a widget drawn through a target: true when its whole picture is
+    // stale; otherwise `damage` receives the part, in its own units, that
+    // changes below it have made stale (unset when none). Forgets both.
+    bool takeTargetDamage(osg::Recti& damage);
 
 protected:
     virtual void destroy_();
@@ -207,6 +211,14 @@ protected:
     class Container* getParentContainer_() const;
     // Makes the skin, owned from now on; the constructor of each widget class calls it.
     void setSkin_(skin::Skin* skin);
+    // Enters the redraw list and tells the parents, without counting as a
+    // change of this widget's own look.
+    void markDirty_();
+    // The nearest widget above that draws through a target, and the origin
+    // of this widget's parent in that target's units; null when none.
+    Widget* findTargetOwner_(osg::Vec2i& parentOrigin) const;
+    // Marks this widget's present rectangle stale in the target it is drawn into.
+    void damageOwnerTarget_();
 
     WidgetHandler* handler_ = nullptr;
     WidgetHandler* parent_ = nullptr;
@@ -223,6 +235,11 @@ protected:
     float opacity_ = 1.0f;
     bool drawToTarget_ = false;
     bool doRedrawDirty_ = true;
+    // Set by setDirty: the widget's own look changed, not only a child's.
+    bool ownChange_ = true;
+    // What of this widget's target is stale; a new target is drawn whole.
+    osg::Recti targetDamage_;
+    bool targetDamageAll_ = true;
     skin::Skin* skin_ = nullptr;
     skin::Skin* tooltipSkin_ = nullptr;
     skin::Skin* debugSkin_ = nullptr;

@@ -451,7 +451,11 @@ osg::Recti clipRectByInsets(Widget const& widget, Insets const& clip) {
     osg::Vec2i p = widget.widgetToScreen(osg::Vec2i(clip.left, clip.top));
     osg::Vec2f f(1.0f, 1.0f);
     if (gui) {
-        p += gui->getViewportPosition();
+        // Inside a render target, positions count from the target's widget.
+        if (Widget const* target = gui->getTargetWidget())
+            p -= target->widgetToScreen(osg::Vec2i(0, 0));
+        else
+            p += gui->getViewportPosition();
         f = gui->getOffscreenScaleFactor();
     }
     osg::Vec2i const size = widget.getSize();
@@ -558,6 +562,7 @@ void Skin::createTarget_() {
     // The frame buffer owns its texture; the picture only shows it.
     targetImage_->setTexture(target_->getTexture(), false);
     targetImage_->redraw(widget_->getSize());
+    targetIsNew_ = true;
 }
 
 void Skin::doRedrawTarget_() {
@@ -566,9 +571,15 @@ void Skin::doRedrawTarget_() {
     TargetWidgetScope scope(widget_);
     float const zoom = widget_->getZoom();
     osg::Vec2i const size = getWidgetNonZoomedSize_();
+    osg::Recti damage;
+    bool const whole = widget_->takeTargetDamage(damage) || targetIsNew_;
+    targetIsNew_ = false;
     if (zoom == 1.0f) {
         widget_->doRedrawChildren();
-        drawToTarget_(size);
+        if (whole)
+            drawToTarget_(size);
+        else
+            drawPartToTarget_(size, damage);
         return;
     }
     // The children are laid out and drawn at the non-zoomed size; the
@@ -581,6 +592,34 @@ void Skin::doRedrawTarget_() {
     widget_->doRedrawChildren();
     drawToTarget_(size);
     widget_->setSize(remembered);
+}
+
+void Skin::drawPartToTarget_(osg::Vec2i const& size, osg::Recti const& damage) {
+    rastRenderer* renderer = rastRenderer::get();
+    osg::Recti const part = damage.intersect(osg::Recti(0, 0, size.x, size.y));
+    if (!target_ || part.isEmpty())
+        return;
+    if (!renderer->canKeepTargets()) {
+        drawToTarget_(size);
+        return;
+    }
+    // Two words of capture keep std::function from allocating.
+    target_->renderTo(
+        [this, &part] {
+            rastRenderer* renderer = rastRenderer::get();
+            osg::Vec2i const& frame = target_->getSize();
+            rastRenderer::ProjectionMatrixGuard projection;
+            projection.makeOrtho2D(0.0f, static_cast<float>(frame.x), static_cast<float>(frame.y), 0.0f);
+            rastRenderer::ModelViewMatrixGuard modelView;
+            modelView.setIdentity();
+            // Only the stale part is cleared and drawn; children outside it are skipped.
+            rastRenderer::ClipRectGuard clip(part);
+            renderer->clear(osg::Vec4f(0, 0, 0, 0));
+            rastRenderer::ShaderTechniqueGuard technique(rastRenderer::TechniqueToTarget);
+            renderer->getShader()->turnOnDrawQuads();
+            draw_();
+        },
+        true);
 }
 
 void Skin::drawToTarget_(osg::Vec2i const& size) {

@@ -117,6 +117,8 @@ protected:
     virtual void drawImage_();
     virtual void drawChildren_();
     virtual void drawToTarget_(osg::Vec2i const& size);
+    // Draws again only `damage` (in the widget's units) of a target that holds the rest.
+    void drawPartToTarget_(osg::Vec2i const& size, osg::Recti const& damage);
     virtual void make_(GraphicCommands* commands);
     virtual void makeBkg_(GraphicCommands* commands);
     virtual void makeText_(GraphicCommands* commands);
@@ -160,6 +162,7 @@ protected:
     bool sizeChanged_ = true;
     bool ownsData_ = true;
     std::shared_ptr<rastFrameBuffer> target_;
+    bool targetIsNew_ = false;  // made since it was last drawn: drawn whole
     std::shared_ptr<Image> targetImage_;
     ShaderEffect* shaderEffect_ = nullptr;
     int targetMsaa_ = 0;

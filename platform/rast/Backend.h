@@ -36,6 +36,12 @@ public:
     // 0 binds the default target. Leaving a multisampled or mipmapped target
     // resolves it.
     virtual void bindFrameBuffer(rastFrameBufferId id) = 0;
+    // Whether bindFrameBufferKeeping is available: a backend that cannot
+    // keep a target's pixels between frames has its targets drawn whole.
+    virtual bool canKeepFrameBuffer() const { return false; }
+    // As bindFrameBuffer, but a frame buffer entered afresh keeps what it
+    // holds, so that part of it can be drawn again.
+    virtual void bindFrameBufferKeeping(rastFrameBufferId id) { bindFrameBuffer(id); }
 
     // Effect programs by name ("PanelFx/guiAlpha.fx"...); 0 when unavailable.
     virtual rastProgramId loadProgram(char const* name) = 0;

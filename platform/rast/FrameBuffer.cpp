@@ -15,9 +15,9 @@ rastFrameBuffer::~rastFrameBuffer() {
         r->getBackend().destroyFrameBuffer(id_);
 }
 
-void rastFrameBuffer::renderTo(std::function<void()> const& draw) {
+void rastFrameBuffer::renderTo(std::function<void()> const& draw, bool keepContents) {
     rastRenderer* renderer = rastRenderer::get();
-    renderer->beginRenderTo(*this);
+    renderer->beginRenderTo(*this, keepContents);
     if (draw)
         draw();
     renderer->endRenderTo();

@@ -20,8 +20,10 @@ public:
     rastFrameBufferId getId() const { return id_; }
 
     // Binds the target with fresh state stacks, runs `draw`, and unbinds,
-    // restoring whatever was bound and set before.
-    void renderTo(std::function<void()> const& draw);
+    // restoring whatever was bound and set before. A target entered afresh
+    // starts transparent, or, with `keepContents` where the backend can,
+    // keeps its pixels.
+    void renderTo(std::function<void()> const& draw, bool keepContents = false);
 
 private:
     friend class rastRenderer;

@@ -131,6 +131,21 @@ void rastRenderer::pushClipRect(osg::Recti const& rect) {
     backend_->pushClipRect(effective);
 }
 
+bool rastRenderer::isClippedAway(osg::Recti const& rect) const {
+    if (clipStack_.size() <= clipBase_)
+        return false;
+    float const* m = modelView_.ptr();
+    bool const translation = m[0] == 1.0f && m[1] == 0.0f && m[4] == 0.0f && m[5] == 1.0f && m[3] == 0.0f &&
+                             m[7] == 0.0f && m[15] == 1.0f;
+    if (!translation)
+        return false;
+    // Outwards to whole units, as the clip itself is rounded.
+    osg::Vec2i const low(static_cast<int>(std::floor(m[12])), static_cast<int>(std::floor(m[13])));
+    osg::Vec2i const high(static_cast<int>(std::ceil(m[12])), static_cast<int>(std::ceil(m[13])));
+    osg::Recti const placed = toPixels_(osg::Recti(rect.min + low, rect.max + high));
+    return placed.intersect(clipStack_.back()).isEmpty();
+}
+
 void rastRenderer::popClipRect() {
     if (clipStack_.size() <= clipBase_)
         return;
@@ -170,12 +185,15 @@ int rastRenderer::getStackDepth() const {
                             clipStack_.size() + techniqueStack_.size() + targetStack_.size());
 }
 
-void rastRenderer::beginRenderTo(rastFrameBuffer& target) {
+void rastRenderer::beginRenderTo(rastFrameBuffer& target, bool keepContents) {
     targetStack_.push_back(SavedTarget{boundFrameBuffer_, viewport_, projection_, modelView_, technique_,
                                        viewportStack_.size(), projectionStack_.size(), modelViewStack_.size(),
                                        clipStack_.size(), techniqueStack_.size()});
     boundFrameBuffer_ = target.getId();
-    backend_->bindFrameBuffer(boundFrameBuffer_);
+    if (keepContents && backend_->canKeepFrameBuffer())
+        backend_->bindFrameBufferKeeping(boundFrameBuffer_);
+    else
+        backend_->bindFrameBuffer(boundFrameBuffer_);
     // Clips of the outer target do not apply inside this one. Only a clip in
     // force is switched off, so that endRenderTo's re-push balances it.
     if (clipStack_.size() > clipBase_)

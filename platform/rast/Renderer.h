@@ -76,6 +76,11 @@ public:
     void popClipRect();
     int getClipDepth() const { return static_cast<int>(clipStack_.size() - clipBase_); }
     osg::Recti const* getClipRect() const { return clipStack_.size() > clipBase_ ? &clipStack_.back() : nullptr; }
+    // Whether `rect`, in units and placed by the present model-view, lies
+    // wholly outside the clip in force, so that drawing in it shows nothing.
+    // False whenever that cannot be told cheaply: no clip, or a model-view
+    // that is more than a translation.
+    bool isClippedAway(osg::Recti const& rect) const;
 
     void setTextureFiltering(int sampler) { textureFiltering_ = sampler; }
     int getTextureFiltering() const { return textureFiltering_; }
@@ -97,8 +102,13 @@ public:
     int getStackDepth() const;
 
     // Used by rastFrameBuffer::renderTo: drawing goes to `target` with fresh
-    // stacks until the matching end, which restores the outer state.
-    void beginRenderTo(rastFrameBuffer& target);
+    // stacks until the matching end, which restores the outer state. With
+    // `keepContents` (see canKeepTargets) the target keeps its pixels.
+    void beginRenderTo(rastFrameBuffer& target, bool keepContents = false);
+    // Whether a target can keep its pixels, so that a part of it can be drawn again.
+    bool canKeepTargets() const { return backend_->canKeepFrameBuffer(); }
+    // Fills the clip in force (the whole target without one) with `color`.
+    void clear(osg::Vec4f const& color) { backend_->clear(color); }
     void endRenderTo();
 
     // The draw state of the quad shader for `texture`, from the renderer's and

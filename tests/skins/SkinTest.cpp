@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "AllocationCounter.h"
-#include "GuiFixture.h"
+#include "SkinFixture.h"
 #include "LogCapture.h"
 #include "Panel.h"
 #include "Skin/Bkg.h"
@@ -23,30 +23,12 @@ using gui::skin::Released;
 
 namespace {
 
-// A GUI over the recording backend with tests/data/test_skin.lua, its two
-// pictures and the fixed-width font it names.
-class SkinTest : public vurel_test::GuiFixture {
+class SkinTest : public vurel_test::SkinFixture {
 protected:
-    void SetUp() override {
-        skinFile = "test_skin.lua";
-        GuiFixture::SetUp();
-        rastRenderer* renderer = rastRenderer::get();
-        renderer->getFontManager()->registerFixedWidthFont("fixed", 8, 16, 12, -4);
-        std::vector<uint8_t> const white(16 * 8 * 4, 255);
-        renderer->getTextureManager()->addImage("skin/frame", {8, 8}, white.data());
-        renderer->getTextureManager()->addImage("skin/icon", {16, 8}, white.data());
-    }
-
     lua_State* lua() { return gui().getSkinLuaState(); }
 
     void run(std::string const& chunk) {
         ASSERT_EQ(luaL_dostring(lua(), chunk.c_str()), 0) << chunk;
-    }
-
-    // The logic and render stages of a frame, without drawing.
-    void update() {
-        gui().processMessages();
-        gui().doRedraw();
     }
 
     static size_t indexOf(std::vector<std::string> const& events, std::string const& prefix, size_t from = 0) {

@@ -25,6 +25,8 @@ public:
     }
     void destroyFrameBuffer(rastFrameBufferId) override {}
     void bindFrameBuffer(rastFrameBufferId) override {}
+    bool canKeepFrameBuffer() const override { return true; }
+    void bindFrameBufferKeeping(rastFrameBufferId) override {}
 
     rastProgramId loadProgram(char const*) override { return 0; }
     void setProgramParameter(rastProgramId, char const*, float const*, int) override {}

@@ -99,6 +99,8 @@ void rastRecordingBackend::destroyFrameBuffer(rastFrameBufferId id) { add_("dest
 
 void rastRecordingBackend::bindFrameBuffer(rastFrameBufferId id) { add_("bindFrameBuffer id=%u", id); }
 
+void rastRecordingBackend::bindFrameBufferKeeping(rastFrameBufferId id) { add_("bindFrameBuffer id=%u keep", id); }
+
 rastProgramId rastRecordingBackend::loadProgram(char const* name) {
     bool const available = std::find(programs_.begin(), programs_.end(), name) != programs_.end();
     rastProgramId const id = available ? next_++ : 0;

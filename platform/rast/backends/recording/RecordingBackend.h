@@ -37,6 +37,8 @@ public:
                                         rastTextureId& colorTexture) override;
     void destroyFrameBuffer(rastFrameBufferId id) override;
     void bindFrameBuffer(rastFrameBufferId id) override;
+    bool canKeepFrameBuffer() const override { return true; }
+    void bindFrameBufferKeeping(rastFrameBufferId id) override;
 
     rastProgramId loadProgram(char const* name) override;
     void setProgramParameter(rastProgramId program, char const* name, float const* values, int count) override;
