@@ -156,6 +156,7 @@ void Widget::setSkin_(skin::Skin* skin) {
         return;
     delete skin_;
     skin_ = skin;
+    skinSizeValid_ = false;
 }
 
 Container* Widget::getParentContainer_() const { return dynamic_cast<Container*>(WidgetHandler::get(parent_)); }
@@ -266,6 +267,7 @@ void Widget::onSizeChanged_(osg::Vec2i const& size) {
     // The new rectangle is marked stale when the widget is redrawn; the old one now.
     damageOwnerTarget_();
     size_ = size;
+    skinSizeValid_ = false;  // wrapped text measures by the width
     if (skin_)
         skin_->setSizeChanged();
     setDirty(DirtySelf);
@@ -413,7 +415,16 @@ osg::Vec2i Widget::clampSize_(osg::Vec2i const& size) const {
     return out;
 }
 
-osg::Vec2i Widget::calcSize() const { return skin_ ? skin_->calcSize() : osg::Vec2i(); }
+osg::Vec2i Widget::calcSize() const {
+    if (!skin_)
+        return {};
+    // Measuring lays out the text; layouts ask several times in one pass.
+    if (!skinSizeValid_) {
+        skinSize_ = skin_->calcSize();
+        skinSizeValid_ = true;
+    }
+    return skinSize_;
+}
 
 osg::Vec2i Widget::getPrefSize() const { return clampSize_(calcSize()); }
 
@@ -605,6 +616,8 @@ void Widget::onChange_() { callWidgetCallbacks_(ownCallbackIds().change); }
 // ---------------------------------------------------------------- dirty protocol
 
 void Widget::setDirty(int) {
+    // Whatever changes the widget's look may change what it measures.
+    skinSizeValid_ = false;
     ownChange_ = true;
     markDirty_();
 }

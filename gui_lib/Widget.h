@@ -240,6 +240,9 @@ protected:
     // What of this widget's target is stale; a new target is drawn whole.
     osg::Recti targetDamage_;
     bool targetDamageAll_ = true;
+    // The skin's measure, kept until the widget's look or size changes.
+    mutable osg::Vec2i skinSize_;
+    mutable bool skinSizeValid_ = false;
     skin::Skin* skin_ = nullptr;
     skin::Skin* tooltipSkin_ = nullptr;
     skin::Skin* debugSkin_ = nullptr;

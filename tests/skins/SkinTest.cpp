@@ -337,6 +337,24 @@ TEST_F(SkinTest, PreferredSizeAndTextLines) {
     EXPECT_EQ(lines[0], L"a" + std::wstring(static_cast<size_t>(gui().getTabSpacesCount()), L' ') + L"b");
 }
 
+TEST_F(SkinTest, AWidgetsMeasureIsKeptOnlyUntilItsLookOrSizeChanges) {
+    auto* panel = new gui::Panel();
+    panel->setSize({200, 40});
+    panel->setText(L"Hi");
+    osg::Vec2i const hi = panel->getPrefSize();
+    EXPECT_EQ(panel->getPrefSize(), hi);
+    panel->setText(L"Hello");
+    // "Hi" measures the 18-pixel picture; "Hello" its 40 pixels of text, both plus insets 4 and 4.
+    EXPECT_EQ(hi.x, 18 + 8);
+    EXPECT_EQ(panel->getPrefSize().x, 40 + 8);
+    gui::Insets const wider(10, 3, 10, 3);
+    panel->getWidgetSkin()->getData()->setInsets(wider);
+    EXPECT_EQ(panel->getPrefSize().x, 40 + 20);
+    // At a width too narrow for the text the skin shortens it with an ellipsis.
+    panel->setSize({0, 40});
+    EXPECT_LT(panel->getPrefSize().x, 40 + 20);
+}
+
 TEST_F(SkinTest, ZoomedWidgetDrawsThroughATargetAndKeepsItsSize) {
     auto* panel = new gui::Panel();
     panel->setSize({200, 100});
