@@ -22,8 +22,10 @@ namespace {
 // Frames of a settled UI over the null backend, with the skin of the frame
 // benchmarks (framed backgrounds, DejaVu Sans text on every widget): after
 // warm-up, a frame where nothing changed, one where a single control changed
-// and one where the mouse moved over controls allocate nothing.
-class SteadyFrameTest : public vurel_test::GuiFixture {
+// and one where the mouse moved over controls allocate nothing; with the
+// windows drawn directly, and drawn through targets of their own, which a
+// change draws again in part.
+class SteadyFrameTest : public vurel_test::GuiFixture, public ::testing::WithParamInterface<bool> {
 protected:
     static constexpr int kWindows = 2;
     static constexpr int kGroups = 2;
@@ -49,6 +51,7 @@ protected:
         window->setText(L"Window");
         window->setPosition({20 + 60 * index, 20 + 40 * index});
         window->setSize({420, 300});
+        window->setDrawToTarget(GetParam());
         window->setLayout((new gui::VertLayout(4))->handler());
         for (int g = 0; g < kGroups; ++g) {
             auto* group = new gui::Panel();
@@ -103,7 +106,7 @@ protected:
     bool hovered = false;
 };
 
-TEST_F(SteadyFrameTest, SettledFramesAllocateNothing) {
+TEST_P(SteadyFrameTest, SettledFramesAllocateNothing) {
     // The strings the application alternates are its own, made once.
     orm::basic_string<wchar_t> const texts[2] = {L"Cancel", L"Apply"};
     gui::Button* const changing = buttons.back();
@@ -150,6 +153,9 @@ TEST_F(SteadyFrameTest, SettledFramesAllocateNothing) {
     }
     EXPECT_TRUE(hovered);
 }
+
+INSTANTIATE_TEST_SUITE_P(Windows, SteadyFrameTest, ::testing::Values(false, true),
+                         [](::testing::TestParamInfo<bool> const& info) { return info.param ? "Cached" : "Direct"; });
 
 // A window that logs its name when drawn.
 class LoggedWindow : public gui::Window {
