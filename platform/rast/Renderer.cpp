@@ -259,7 +259,15 @@ rastRenderer::ModelViewMatrixGuard& rastRenderer::ModelViewMatrixGuard::makeIden
 
 rastRenderer::ModelViewMatrixGuard& rastRenderer::ModelViewMatrixGuard::makeTranslate(float x, float y, float z) {
     float const s = get()->getScale();
-    matrix_.postMult(osg::Matrixf::translate(x * s, y * s, z * s));
+    // Every widget translates: after an affine matrix that is three additions
+    // to its translation, the same values the full product gives.
+    if (matrix_(3, 0) == 0.0f && matrix_(3, 1) == 0.0f && matrix_(3, 2) == 0.0f && matrix_(3, 3) == 1.0f) {
+        matrix_(0, 3) += x * s;
+        matrix_(1, 3) += y * s;
+        matrix_(2, 3) += z * s;
+    } else {
+        matrix_.postMult(osg::Matrixf::translate(x * s, y * s, z * s));
+    }
     return *this;
 }
 
