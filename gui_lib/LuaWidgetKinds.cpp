@@ -79,6 +79,9 @@ void registerWidgetProperties() {
     registerProperty("tabOrder", setAs<Widget, int>(+[](Widget& w, int const& v) { w.setTabOrder(v); }));
     registerProperty("zoom", setAs<Widget, float>(+[](Widget& w, float const& v) { w.setZoom(v); }));
     registerProperty("opacity", setAs<Widget, float>(+[](Widget& w, float const& v) { w.setOpacity(v); }));
+    registerProperty("drawToTarget",
+                     setAs<Widget, bool>(+[](Widget& w, bool const& v) { w.setDrawToTarget(v); }),
+                     getAs<Widget, bool>(+[](Widget const& w) { return w.getDrawToTarget(); }));
     registerProperty("skin", setAs<Widget, String>(+[](Widget& w, String const& v) {
                          if (skin::Skin* s = w.getWidgetSkin())
                              s->load(v);

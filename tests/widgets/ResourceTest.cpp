@@ -34,6 +34,9 @@ TEST_F(ResourceTest, AResourceBuildsAWindowThatTakesInput) {
     gui::Widget* inner = window->findWidgetByName(L"inner");
     ASSERT_NE(inner, nullptr);
     EXPECT_EQ(inner->getText(), L"press me");
+    gui::Widget* outer = window->findWidgetByName(L"outer");
+    ASSERT_NE(outer, nullptr);
+    EXPECT_TRUE(outer->getDrawToTarget());
 
     // A press on the inner panel runs the resource's function, which changes the panel.
     osg::Vec2i const p = inner->widgetToScreen({10, 10});

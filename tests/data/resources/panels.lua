@@ -22,6 +22,7 @@ return {
         {
             kind = "Panel",
             name = "outer",
+            drawToTarget = true,
             position = { horz = 10, vert = 10 },
             size = { horz = 200, vert = 100 },
             children = {
