@@ -139,10 +139,12 @@ bool rastRenderer::isClippedAway(osg::Recti const& rect) const {
                              m[7] == 0.0f && m[15] == 1.0f;
     if (!translation)
         return false;
-    // Outwards to whole units, as the clip itself is rounded.
+    // The translation is in pixels already (the guards scale it); outwards
+    // to whole pixels, as the clip itself is rounded.
     osg::Vec2i const low(static_cast<int>(std::floor(m[12])), static_cast<int>(std::floor(m[13])));
     osg::Vec2i const high(static_cast<int>(std::ceil(m[12])), static_cast<int>(std::ceil(m[13])));
-    osg::Recti const placed = toPixels_(osg::Recti(rect.min + low, rect.max + high));
+    osg::Recti const pixels = toPixels_(rect);
+    osg::Recti const placed(pixels.min + low, pixels.max + high);
     return placed.intersect(clipStack_.back()).isEmpty();
 }
 

@@ -99,6 +99,27 @@ TEST_F(RastTest, ClipRectsIntersectWithTheOneBelow) {
                       "popClipRect 50 10 90 40", "popClipRect 10 10 90 40", "popClipRect off"}));
 }
 
+TEST_F(RastTest, ClippedAwayTellsRectanglesWhollyOutsideTheClipAtAnyScale) {
+    renderer_->setScale(2.0f);
+    osg::Recti const box(0, 0, 30, 10);
+    EXPECT_FALSE(renderer_->isClippedAway(box)) << "no clip in force";
+    rastRenderer::ClipRectGuard clip(osg::Recti(0, 0, 100, 50));
+    {
+        rastRenderer::ModelViewMatrixGuard mv;
+        mv.setTranslate(60, 0, 0);
+        EXPECT_FALSE(renderer_->isClippedAway(box)) << "units 60 to 90 of 100";
+        mv.setTranslate(45, 0, 0);
+        EXPECT_TRUE(renderer_->isClippedAway(box)) << "units 105 to 135";
+        mv.setTranslate(-75, 60, 0);
+        EXPECT_TRUE(renderer_->isClippedAway(box)) << "units 30 to 60 across, 60 to 70 down: below it";
+    }
+    {
+        rastRenderer::ModelViewMatrixGuard mv;
+        mv.makeTranslate(500, 0, 0).setRotate(kHalfPi, 0, 0, 1);
+        EXPECT_FALSE(renderer_->isClippedAway(box)) << "not told under a rotation";
+    }
+}
+
 TEST_F(RastTest, ModelViewGuardMakesLocallyAndSetsScaled) {
     renderer_->setScale(2);
     {
