@@ -120,7 +120,7 @@ TEST_F(GlBackendTest, ConsecutiveQuadsOfEqualStateGoOutAsOneDrawCall) {
     EXPECT_EQ(gl().getFrameStats().quads, 6);
     EXPECT_EQ(gl().getFrameStats().vertices, 24);
 
-    // A texture change, a clip and a matrix change each end a batch.
+    // Plain quads stay in one batch across texture, clip and matrix changes.
     gl().resetFrameStats();
     gl().drawQuads(s1, quads, nullptr, 1);
     gl().drawQuads(s2, quads, nullptr, 1);
@@ -132,7 +132,7 @@ TEST_F(GlBackendTest, ConsecutiveQuadsOfEqualStateGoOutAsOneDrawCall) {
     renderer().setModelViewMatrix(moved);
     gl().drawQuads(s1, quads, nullptr, 1);
     gl().endFrame();
-    EXPECT_EQ(gl().getFrameStats().drawCalls, 5);
+    EXPECT_EQ(gl().getFrameStats().drawCalls, 1);
 
     // The renderer's own objects: two batches over one texture are one call.
     rastTextureManager& textures = *renderer().getTextureManager();
@@ -213,6 +213,39 @@ TEST_F(GlBackendTest, TargetsComposeLikeDirectDrawingAndStartTransparent) {
     EXPECT_PIXEL_NEAR(pixel(48, 16), 255, 128, 128, 255, 2);
     EXPECT_PIXEL_NEAR(pixel(48, 48), 255, 191, 191, 255, 2);
     EXPECT_PIXEL_NEAR(pixel(16, 48), 255, 255, 255, 255, 0);
+}
+
+// A target bound to be kept holds its pixels: only the clip is cleared and
+// drawn again, with or without multisampling.
+TEST_F(GlBackendTest, KeptTargetsAreDrawnAgainOnlyUnderTheClip) {
+    ASSERT_TRUE(gl().canKeepFrameBuffer());
+    for (int msaa : {0, 4}) {
+        SCOPED_TRACE(msaa);
+        auto target = renderer().createFrameBuffer({32, 32}, msaa, false);
+        auto paint = [&](osg::Vec4f const& color, bool keep) {
+            target->renderTo(
+                [&] {
+                    renderer().setProjectionMatrix(osg::Matrixf::ortho(0, 32, 32, 0, -1, 1));
+                    rastRenderer::ClipRectGuard clip(keep ? osg::Recti(0, 0, 16, 32) : osg::Recti(0, 0, 32, 32));
+                    renderer().clear({0, 0, 0, 0});
+                    fill(gl(), color, {32, 32});
+                },
+                keep);
+        };
+        paint({1, 0, 0, 1}, false);
+        paint({0, 0, 1, 0.5f}, true);
+
+        beginFrame({1, 1, 1, 1});
+        rastDrawState picture;
+        picture.texture = target->getTexture()->getId();
+        rastQuad const whole = quad(0, 0, 32, 32);
+        gl().drawQuads(picture, &whole, nullptr, 1);
+        endFrame();
+        readBack();
+        // Left: half blue over white, the red cleared; right: the red kept.
+        EXPECT_PIXEL_NEAR(pixel(8, 16), 128, 128, 255, 255, 2);
+        EXPECT_PIXEL_NEAR(pixel(24, 16), 255, 0, 0, 255, 0);
+    }
 }
 
 TEST_F(GlBackendTest, MipmappedTargetsAverageWhenDrawnSmall) {

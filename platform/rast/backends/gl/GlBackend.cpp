@@ -18,6 +18,13 @@ namespace {
 constexpr int kSamplerLinear = 0;
 constexpr int kSamplerNearest = 1;
 constexpr int kSamplerMipmap = 2;
+// The clip of a merged vertex when clipping is off: far beyond any target.
+constexpr float kNoClip = 1.0e8f;
+
+bool isAffine(osg::Matrixf const& m) {
+    float const* p = m.ptr();
+    return p[3] == 0 && p[7] == 0 && p[11] == 0 && p[15] == 1;
+}
 
 // Points the vertex attributes at `buffer`, which holds rastVertex records.
 void bindVertexBuffer(GLuint buffer, GLuint indexBuffer) {
@@ -87,8 +94,9 @@ rastGlBackend::rastGlBackend(std::string assetDir) : assetDir_(std::move(assetDi
                   version / 10, version % 10);
         return;
     }
-    valid_ = createBuiltins_();
+    valid_ = createBuiltins_() && createMerged_();
     batch_.reserve(4 * 1024);
+    merged_.reserve(4 * 1024);
     bindStack_.reserve(8);
 }
 
@@ -128,6 +136,30 @@ bool rastGlBackend::createBuiltins_() {
     return true;
 }
 
+bool rastGlBackend::createMerged_() {
+    static_assert(kMergedUnits == rastGlMergedTextureUnits);
+    // The program for batches of two textures, the common case, is built now
+    // to learn that merged programs compile here; the others when first used.
+    if (!getMergedProgram_(2))
+        return false;
+    glGenVertexArrays(1, &mergedVertexArray_);
+    glGenBuffers(1, &mergedVertexBuffer_);
+    glBindVertexArray(mergedVertexArray_);
+    glBindBuffer(GL_ARRAY_BUFFER, mergedVertexBuffer_);
+    GLsizei const stride = sizeof(MergedVertex);
+    auto at = [](size_t offset) { return reinterpret_cast<void const*>(offset); };
+    glVertexAttribPointer(0, 3, GL_FLOAT, GL_FALSE, stride, at(offsetof(MergedVertex, x)));
+    glVertexAttribPointer(1, 2, GL_FLOAT, GL_FALSE, stride, at(offsetof(MergedVertex, u)));
+    glVertexAttribPointer(2, 4, GL_FLOAT, GL_FALSE, stride, at(offsetof(MergedVertex, color)));
+    glVertexAttribPointer(3, 4, GL_FLOAT, GL_FALSE, stride, at(offsetof(MergedVertex, clip)));
+    glVertexAttribIPointer(4, 1, GL_INT, stride, at(offsetof(MergedVertex, slot)));
+    for (GLuint attribute = 0; attribute < 5; ++attribute)
+        glEnableVertexAttribArray(attribute);
+    glBindBuffer(GL_ELEMENT_ARRAY_BUFFER, quadIndexBuffer_);
+    glBindVertexArray(vertexArray_);
+    return true;
+}
+
 void rastGlBackend::destroyAll_() {
     for (auto& [id, fb] : frameBuffers_) {
         GLuint names[2] = {fb.frameBuffer, fb.msaaFrameBuffer};
@@ -152,6 +184,10 @@ void rastGlBackend::destroyAll_() {
     GLuint buffers[2] = {quadVertexBuffer_, quadIndexBuffer_};
     glDeleteBuffers(2, buffers);
     glDeleteVertexArrays(1, &vertexArray_);
+    for (auto& program : mergedPrograms_)
+        program.reset();
+    glDeleteBuffers(1, &mergedVertexBuffer_);
+    glDeleteVertexArrays(1, &mergedVertexArray_);
 }
 
 // ---------------------------------------------------------------------------
@@ -204,6 +240,7 @@ void rastGlBackend::applyViewport_() {
 }
 
 void rastGlBackend::applyScissor_() {
+    scissorApplied_ = true;
     if (!scissorOn_) {
         glDisable(GL_SCISSOR_TEST);
         return;
@@ -212,6 +249,11 @@ void rastGlBackend::applyScissor_() {
     toGlRect_(scissor_, r);
     glEnable(GL_SCISSOR_TEST);
     glScissor(r[0], r[1], r[2], r[3]);
+}
+
+void rastGlBackend::syncScissor_() {
+    if (!scissorApplied_)
+        applyScissor_();
 }
 
 void rastGlBackend::leaveTarget_(rastFrameBufferId id) {
@@ -297,7 +339,11 @@ void rastGlBackend::destroyFrameBuffer(rastFrameBufferId id) {
         bindTarget_();
 }
 
-void rastGlBackend::bindFrameBuffer(rastFrameBufferId id) {
+void rastGlBackend::bindFrameBuffer(rastFrameBufferId id) { bindFrameBuffer_(id, false); }
+
+void rastGlBackend::bindFrameBufferKeeping(rastFrameBufferId id) { bindFrameBuffer_(id, true); }
+
+void rastGlBackend::bindFrameBuffer_(rastFrameBufferId id, bool keep) {
     if (!valid_)
         return;
     flush_();
@@ -308,7 +354,8 @@ void rastGlBackend::bindFrameBuffer(rastFrameBufferId id) {
     if (id == getBoundId_())
         return;
     leaveTarget_(getBoundId_());
-    // Coming back to a target further out keeps its picture; entering a new one starts it transparent.
+    // Coming back to a target further out keeps its picture; entering a new
+    // one starts it transparent unless it is kept to be drawn again in part.
     auto inStack = std::find(bindStack_.begin(), bindStack_.end(), id);
     bool const entering = id != 0 && inStack == bindStack_.end();
     if (id == 0)
@@ -318,7 +365,7 @@ void rastGlBackend::bindFrameBuffer(rastFrameBufferId id) {
     else
         bindStack_.push_back(id);
     bindTarget_();
-    if (entering) {
+    if (entering && !keep) {
         glDisable(GL_SCISSOR_TEST);
         glClearColor(0, 0, 0, 0);
         glClear(GL_COLOR_BUFFER_BIT);
@@ -541,13 +588,16 @@ void rastGlBackend::setViewport(osg::Recti const& rect) {
     applyViewport_();
 }
 
+// A merged batch carries its clip rectangles with its vertices; only a
+// uniform one is cut by GL's scissor, which is set when next needed.
 void rastGlBackend::pushClipRect(osg::Recti const& effective) {
     if (!valid_ || (scissorOn_ && effective == scissor_))
         return;
-    flush_();
+    if (!merging_)
+        flush_();
     scissorOn_ = true;
     scissor_ = effective;
-    applyScissor_();
+    scissorApplied_ = false;
 }
 
 void rastGlBackend::popClipRect(osg::Recti const* restored) {
@@ -556,11 +606,12 @@ void rastGlBackend::popClipRect(osg::Recti const* restored) {
     bool const on = restored != nullptr;
     if (on == scissorOn_ && (!on || *restored == scissor_))
         return;
-    flush_();
+    if (!merging_)
+        flush_();
     scissorOn_ = on;
     if (on)
         scissor_ = *restored;
-    applyScissor_();
+    scissorApplied_ = false;
 }
 
 void rastGlBackend::setProjectionMatrix(osg::Matrixf const& m) {
@@ -573,14 +624,18 @@ void rastGlBackend::setProjectionMatrix(osg::Matrixf const& m) {
 void rastGlBackend::setModelViewMatrix(osg::Matrixf const& m) {
     if (!valid_ || m == modelView_)
         return;
-    flush_();
+    // Merged batches hold positions the model-view has already moved.
+    if (!merging_)
+        flush_();
     modelView_ = m;
+    modelViewAffine_ = isAffine(m);
 }
 
 void rastGlBackend::clear(osg::Vec4f const& color) {
     if (!valid_)
         return;
     flush_();
+    syncScissor_();
     // Targets hold premultiplied colour.
     glClearColor(color.x * color.w, color.y * color.w, color.z * color.w, color.w);
     glClear(GL_COLOR_BUFFER_BIT);
@@ -593,10 +648,11 @@ void rastGlBackend::drawQuads(rastDrawState const& state, rastQuad const* quads,
                               int count) {
     if (!valid_ || !quads || count <= 0)
         return;
-    if (batchQuads_ > 0 && !(state == batchState_))
-        flush_();
-    batchState_ = state;
-    appendQuads_(state, quads, colors, count);
+    Texture const* texture = state.texture ? findTexture_(state.texture) : nullptr;
+    if (canMerge_(state, texture))
+        drawMerged_(state, texture, quads, colors, count);
+    else
+        drawUniform_(state, quads, colors, count);
     if (!batching_)
         flush_();
 }
@@ -605,6 +661,15 @@ void rastGlBackend::setBatching(bool on) {
     if (valid_)
         flush_();
     batching_ = on;
+}
+
+void rastGlBackend::drawUniform_(rastDrawState const& state, rastQuad const* quads, osg::Vec4f const* colors,
+                                 int count) {
+    if (batchQuads_ > 0 && (merging_ || !(state == batchState_)))
+        flush_();
+    batchState_ = state;
+    merging_ = false;
+    appendQuads_(state, quads, colors, count);
 }
 
 void rastGlBackend::appendQuads_(rastDrawState const& state, rastQuad const* quads, osg::Vec4f const* colors,
@@ -646,6 +711,14 @@ void rastGlBackend::flush_() {
         return;
     int const quads = batchQuads_;
     batchQuads_ = 0;
+    if (merging_)
+        flushMerged_(quads);
+    else
+        flushUniform_(quads);
+}
+
+void rastGlBackend::flushUniform_(int quads) {
+    syncScissor_();
     if (applyDrawState_(batchState_)) {
         ensureQuadIndices_(quads);
         glBindVertexArray(vertexArray_);
@@ -680,6 +753,7 @@ void rastGlBackend::drawGeometry(rastDrawState const& state, rastGeometryId geom
     vertices = std::min(vertices, available - offset);
     if (vertices <= 0 || !applyDrawState_(state))
         return;
+    syncScissor_();
     glBindVertexArray(vertexArray_);
     bindVertexBuffer(g.vertexBuffer, g.indexBuffer);
     if (g.indexCount > 0)
@@ -719,9 +793,13 @@ rastGlProgram* rastGlBackend::applyDrawState_(rastDrawState const& state) {
     return program;
 }
 
+int rastGlBackend::samplerIndex_(int sampler) {
+    bool const known = sampler >= kSamplerLinear && sampler <= kSamplerMipmap;
+    return known ? sampler : kSamplerLinear;
+}
+
 void rastGlBackend::bindTexture_(rastDrawState const& state, Texture& texture, rastGlProgram& program) {
-    bool const known = state.sampler >= kSamplerLinear && state.sampler <= kSamplerMipmap;
-    int const sampler = known ? state.sampler : kSamplerLinear;
+    int const sampler = samplerIndex_(state.sampler);
     if (sampler == kSamplerMipmap && !texture.mipsReady)
         generateMips_(state.texture, texture);
     glActiveTexture(GL_TEXTURE0);
@@ -732,6 +810,151 @@ void rastGlBackend::bindTexture_(rastDrawState const& state, Texture& texture, r
     glUniform1i(u.premultiplied, texture.premultiplied ? 1 : 0);
     // The draw state names no layer: array pictures show their first.
     glUniform1f(u.layer, 0.0f);
+}
+
+// ---------------------------------------------------------------------------
+// Merged batches
+
+bool rastGlBackend::canMerge_(rastDrawState const& state, Texture const* texture) const {
+    return batching_ && state.program == 0 && !state.textureIsArray && !(texture && texture->isArray) &&
+           modelViewAffine_;
+}
+
+bool rastGlBackend::sameMergedKey_(rastDrawState const& state) const {
+    return state.gamma == batchState_.gamma && state.intensity == batchState_.intensity &&
+           state.technique == batchState_.technique;
+}
+
+void rastGlBackend::drawMerged_(rastDrawState const& state, Texture const* texture, rastQuad const* quads,
+                                osg::Vec4f const* colors, int count) {
+    if (batchQuads_ > 0 && (!merging_ || !sameMergedKey_(state)))
+        flush_();
+    // An unknown texture draws untextured, as texture 0 does.
+    int const slot = texture ? findSlot_(state.texture, samplerIndex_(state.sampler)) : -1;
+    if (batchQuads_ == 0) {
+        batchState_ = state;
+        merging_ = true;
+    }
+    appendMerged_(state, slot, quads, colors, count);
+}
+
+int rastGlBackend::findSlot_(rastTextureId texture, int sampler) {
+    for (int i = 0; i < slotCount_; ++i)
+        if (slots_[i].texture == texture && slots_[i].sampler == sampler)
+            return i;
+    if (slotCount_ == kMergedUnits)
+        flush_();
+    slots_[slotCount_] = Slot{texture, sampler};
+    return slotCount_++;
+}
+
+void rastGlBackend::mergedClip_(float out[4]) const {
+    if (!scissorOn_) {
+        out[0] = out[1] = -kNoClip;
+        out[2] = out[3] = 2 * kNoClip;
+        return;
+    }
+    int r[4];
+    toGlRect_(scissor_, r);
+    for (int i = 0; i < 4; ++i)
+        out[i] = static_cast<float>(r[i]);
+}
+
+void rastGlBackend::appendMerged_(rastDrawState const& state, int slot, rastQuad const* quads,
+                                  osg::Vec4f const* colors, int count) {
+    MergedVertex v;
+    v.slot = slot;
+    mergedClip_(v.clip);
+    float const* m = modelView_.ptr();
+    auto put = [&](float x, float y, float u, float t) {
+        v.x = m[0] * x + m[4] * y + m[12];
+        v.y = m[1] * x + m[5] * y + m[13];
+        v.z = m[2] * x + m[6] * y + m[14];
+        v.u = u;
+        v.v = t;
+        merged_.push_back(v);
+    };
+    osg::Vec4f const& tint = state.color;
+    float const s = state.scale;
+    for (int i = 0; i < count; ++i) {
+        rastQuad const& q = quads[i];
+        osg::Vec4f const c = colors ? colors[i] : osg::Vec4f(1, 1, 1, 1);
+        v.color = osg::Vec4f(c.x * tint.x, c.y * tint.y, c.z * tint.z, c.w * tint.w * state.opacity);
+        float const x0 = (q.x + state.shift.x) * s, y0 = (q.y + state.shift.y) * s;
+        float const x1 = (q.x + q.w + state.shift.x) * s, y1 = (q.y + q.h + state.shift.y) * s;
+        put(x0, y0, q.uMin, q.vMin);
+        put(x1, y0, q.uMax, q.vMin);
+        put(x1, y1, q.uMax, q.vMax);
+        put(x0, y1, q.uMin, q.vMax);
+        ++batchQuads_;
+    }
+}
+
+rastGlProgram* rastGlBackend::getMergedProgram_(int units) {
+    std::unique_ptr<rastGlProgram>& program = mergedPrograms_[units];
+    if (program)
+        return program->isValid() ? program.get() : nullptr;
+    program = std::make_unique<rastGlProgram>("merged", rastGlMergedVertexSource(), rastGlMergedFragmentSource(units));
+    if (!program->isValid())
+        return nullptr;
+    // Sampler i reads unit i for good.
+    GLint unitNumbers[kMergedUnits];
+    for (int i = 0; i < kMergedUnits; ++i)
+        unitNumbers[i] = i;
+    glUseProgram(program->getName());
+    glUniform1iv(program->getUniforms().textures, units, unitNumbers);
+    return program.get();
+}
+
+void rastGlBackend::flushMerged_(int quads) {
+    rastGlProgram* program = getMergedProgram_(slotCount_);
+    if (program)
+        issueMerged_(*program, quads);
+    merged_.clear();
+    slotCount_ = 0;
+}
+
+void rastGlBackend::issueMerged_(rastGlProgram const& program, int quads) {
+    // The clip travels with the vertices: the scissor must cut nothing.
+    glDisable(GL_SCISSOR_TEST);
+    scissorApplied_ = !scissorOn_;
+    rastGlProgram::Uniforms const& u = program.getUniforms();
+    glUseProgram(program.getName());
+    glUniformMatrix4fv(u.projection, 1, GL_FALSE, projection_.ptr());
+    glUniform1f(u.flipY, getTarget_().topDown ? -1.0f : 1.0f);
+    glUniform1f(u.gamma, batchState_.gamma);
+    glUniform1f(u.intensity, batchState_.intensity);
+    bindSlots_(u.slotPremultiplied);
+
+    ensureQuadIndices_(quads);
+    glBindVertexArray(mergedVertexArray_);
+    glBindBuffer(GL_ARRAY_BUFFER, mergedVertexBuffer_);
+    glBufferData(GL_ARRAY_BUFFER, static_cast<GLsizeiptr>(merged_.size() * sizeof(MergedVertex)), merged_.data(),
+                 GL_STREAM_DRAW);
+    glBindBuffer(GL_ELEMENT_ARRAY_BUFFER, quadIndexBuffer_);
+    glDrawElements(GL_TRIANGLES, quads * 6, GL_UNSIGNED_INT, nullptr);
+    ++stats_.drawCalls;
+    stats_.quads += quads;
+    stats_.vertices += quads * 4;
+}
+
+void rastGlBackend::bindSlots_(GLint premultipliedLocation) {
+    GLint premultiplied[kMergedUnits] = {};
+    // Mip generation binds textures itself, so it goes before the units are set.
+    for (int i = 0; i < slotCount_; ++i) {
+        // Destroying a texture flushes first, so every slot's texture is still there.
+        Texture* texture = findTexture_(slots_[i].texture);
+        premultiplied[i] = texture && texture->premultiplied ? 1 : 0;
+        if (texture && slots_[i].sampler == kSamplerMipmap && !texture->mipsReady)
+            generateMips_(slots_[i].texture, *texture);
+    }
+    for (int i = 0; i < slotCount_; ++i) {
+        glActiveTexture(GL_TEXTURE0 + GLenum(i));
+        glBindTexture(GL_TEXTURE_2D, slots_[i].texture);
+        glBindSampler(GLuint(i), samplers_[slots_[i].sampler]);
+    }
+    if (slotCount_ > 0)
+        glUniform1iv(premultipliedLocation, slotCount_, premultiplied);
 }
 
 // ---------------------------------------------------------------------------

@@ -15,10 +15,20 @@ class rastGlProgram;
 // shells in platform/app). Without a usable context it logs once and does
 // nothing, handing out no objects.
 //
-// Quads are batched: consecutive drawQuads with equal state go out as one
-// draw call. The batch is flushed by any other state change (viewport,
-// scissor, matrices, target, program parameters, texture uploads), by a
-// geometry draw, by endFrame and before reading pixels back.
+// Quads are batched. Those drawn with the built-in program and a plain 2-D
+// texture (or none) under an affine model-view are merged: the model-view is
+// applied on the CPU, the draw state's colour and opacity go into the vertex
+// colour, the clip rectangle travels with each vertex and is cut in the
+// fragment program (the GL scissor is off while such a batch is drawn), and
+// up to eight textures, each with its own sampler, are bound side by side. So
+// model-view, clip, colour and texture changes do not end a merged batch;
+// gamma, intensity and technique do, as does a ninth texture. Effect
+// programs, texture arrays and non-affine model-views keep uniform batches:
+// consecutive drawQuads with equal state, ended by any change of scissor or
+// matrices. Any batch is flushed by a change of viewport, projection or
+// target, by new parameters for its program, by texture uploads, a geometry
+// draw, endRedraw, endFrame and before reading pixels back. With batching off
+// every drawQuads is a uniform draw call of its own.
 //
 // Blending is straight alpha for colour (SRC_ALPHA, ONE_MINUS_SRC_ALPHA) and
 // "over" for alpha (ONE, ONE_MINUS_SRC_ALPHA). Drawn over a transparent
@@ -29,9 +39,9 @@ class rastGlProgram;
 //
 // Off-screen targets (frame buffers, and the headless default target) are
 // stored top row first, as uploaded pictures are: drawing into them flips y.
-// A frame buffer entered afresh starts transparent; coming back to it from a
-// nested target keeps what it holds. Leaving one resolves its multisampling
-// and rebuilds its mipmaps.
+// A frame buffer entered afresh starts transparent, unless it is bound with
+// bindFrameBufferKeeping; coming back to it from a nested target keeps what
+// it holds. Leaving one resolves its multisampling and rebuilds its mipmaps.
 //
 // An effect file holds GLSL 330 core in two stages, each after a line
 // "-- vertex" or "-- fragment". Besides the effect's own parameters (float
@@ -85,6 +95,9 @@ public:
                                         rastTextureId& colorTexture) override;
     void destroyFrameBuffer(rastFrameBufferId id) override;
     void bindFrameBuffer(rastFrameBufferId id) override;
+    // Frame buffers keep their pixels between uses (multisampled ones too).
+    bool canKeepFrameBuffer() const override { return true; }
+    void bindFrameBufferKeeping(rastFrameBufferId id) override;
 
     rastProgramId loadProgram(char const* name) override;
     void setProgramParameter(rastProgramId program, char const* name, float const* values, int count) override;
@@ -125,6 +138,22 @@ private:
         int width = 0, height = 0;
         bool mips = false;
     };
+    // A vertex of a merged batch: position moved by the model-view (z is
+    // where that puts the flat picture), colour times the draw state's, the
+    // clip in GL window coordinates and the texture slot, -1 for none.
+    struct MergedVertex {
+        float x = 0, y = 0, z = 0;
+        float u = 0, v = 0;
+        osg::Vec4f color;
+        float clip[4] = {0, 0, 0, 0};
+        int32_t slot = -1;
+    };
+    // A texture unit of a merged batch.
+    struct Slot {
+        rastTextureId texture = 0;
+        int sampler = 0;
+    };
+    static constexpr int kMergedUnits = 8;
     // Where drawing goes now.
     struct Target {
         uint32_t drawFrameBuffer = 0;
@@ -137,18 +166,44 @@ private:
     Target getTarget_() const;
     rastFrameBufferId getBoundId_() const { return bindStack_.empty() ? 0 : bindStack_.back(); }
     void bindTarget_();
+    void bindFrameBuffer_(rastFrameBufferId id, bool keep);
     void leaveTarget_(rastFrameBufferId id);
     void applyViewport_();
     void applyScissor_();
+    // Brings GL's scissor back to the clip in force, after a merged batch turned it off.
+    void syncScissor_();
     // Converts a rectangle in target pixels (top-left origin) into GL's x, y, width, height.
     void toGlRect_(osg::Recti const& rect, int out[4]) const;
 
     void flush_();
-    void appendQuads_(rastDrawState const& state, rastQuad const* quads, osg::Vec4f const* colors, int count);
     void ensureQuadIndices_(int quads);
+
+    // Uniform batches: one draw state, the model-view and the scissor as GL holds them.
+    void drawUniform_(rastDrawState const& state, rastQuad const* quads, osg::Vec4f const* colors, int count);
+    void appendQuads_(rastDrawState const& state, rastQuad const* quads, osg::Vec4f const* colors, int count);
+    void flushUniform_(int quads);
+
+    // Merged batches (see the class comment).
+    bool createMerged_();
+    bool canMerge_(rastDrawState const& state, Texture const* texture) const;
+    void drawMerged_(rastDrawState const& state, Texture const* texture, rastQuad const* quads,
+                     osg::Vec4f const* colors, int count);
+    bool sameMergedKey_(rastDrawState const& state) const;
+    // The unit of `texture` with `sampler` in the batch, taking a free one; flushes when none is left.
+    int findSlot_(rastTextureId texture, int sampler);
+    void appendMerged_(rastDrawState const& state, int slot, rastQuad const* quads, osg::Vec4f const* colors,
+                       int count);
+    // The clip in force in GL window coordinates: x, y, width, height.
+    void mergedClip_(float out[4]) const;
+    // The merged program for batches of `units` textures, built when first asked for; null if it does not build.
+    rastGlProgram* getMergedProgram_(int units);
+    void flushMerged_(int quads);
+    void issueMerged_(rastGlProgram const& program, int quads);
+    void bindSlots_(int32_t premultipliedLocation);
     // Binds the program, texture and sampler of `state` and sets the uniforms. Null when nothing can be drawn.
     rastGlProgram* applyDrawState_(rastDrawState const& state);
     void bindTexture_(rastDrawState const& state, Texture& texture, rastGlProgram& program);
+    static int samplerIndex_(int sampler);
     void generateMips_(rastTextureId id, Texture& texture);
     Texture* findTexture_(rastTextureId id);
     void uploadGeometry_(Geometry& geometry, rastVertex const* vertices, int vertexCount, int const* indices,
@@ -171,11 +226,19 @@ private:
     rastGeometryId nextGeometry_ = 1;
 
     // The quad batch waiting to be drawn, and the buffers it goes out through.
+    // A merged batch fills merged_, a uniform one batch_; batchState_ holds
+    // the first state of a merged batch, whose key it is.
     std::vector<rastVertex> batch_;
+    std::vector<MergedVertex> merged_;
     rastDrawState batchState_;
     int batchQuads_ = 0;
+    bool merging_ = false;
+    Slot slots_[kMergedUnits];
+    int slotCount_ = 0;
     uint32_t quadVertexBuffer_ = 0, quadIndexBuffer_ = 0;
     int quadIndexCapacity_ = 0;  // in quads
+    std::unique_ptr<rastGlProgram> mergedPrograms_[kMergedUnits + 1];  // by the number of texture units used
+    uint32_t mergedVertexArray_ = 0, mergedVertexBuffer_ = 0;
 
     uint32_t defaultFrameBuffer_ = 0;
     int defaultWidth_ = 0, defaultHeight_ = 0;
@@ -184,6 +247,8 @@ private:
     osg::Recti viewport_{0, 0, 0, 0};
     bool scissorOn_ = false;
     osg::Recti scissor_{0, 0, 0, 0};
+    bool scissorApplied_ = false;  // whether GL's scissor is the clip above
     osg::Matrixf projection_;
     osg::Matrixf modelView_;
+    bool modelViewAffine_ = true;  // bottom row 0, 0, 0, 1: merged batches can fold it in
 };

@@ -110,4 +110,6 @@ void rastGlProgram::findUniforms_() {
     uniforms_.hasTexture = find("uHasTexture");
     uniforms_.premultiplied = find("uPremultiplied");
     uniforms_.layer = find("uLayer");
+    uniforms_.textures = find("uTextures");
+    uniforms_.slotPremultiplied = find("uSlotPremultiplied");
 }

@@ -11,7 +11,8 @@
 //
 // Every program reads the vertex attributes at fixed locations: 0 the
 // position (x, y, and z, which effect programs may use as a quad number),
-// 1 the texture coordinates, 2 the colour.
+// 1 the texture coordinates, 2 the colour. The merged program adds 3, the
+// clip rectangle, and 4, the texture slot.
 class rastGlProgram {
 public:
     struct Uniforms {
@@ -26,6 +27,10 @@ public:
         GLint hasTexture = -1;     // 0 when drawing untextured
         GLint premultiplied = -1;  // 1 when the texture holds premultiplied colour
         GLint layer = -1;          // texture array layer
+        // The merged program's: a sampler for each texture unit, and a
+        // premultiplied flag for each.
+        GLint textures = -1;
+        GLint slotPremultiplied = -1;
     };
 
     // Compiles and links; on failure logs under "VUREL" at level 16 and stays invalid.
