@@ -12,9 +12,9 @@
 //   replay of that list, instead of `draw`.
 // The main window is the one on top; every window holds 100 controls.
 // "VUREL_cached" is the same UI with every window drawn through a render
-// target of its own (Widget::setDrawToTarget): a window's widgets are drawn
-// into it only when one of them changed, and the frame draws each window as
-// one picture.
+// target of its own (Widget::setDrawToTarget): only the rectangles that
+// changed are drawn into it again, and the frame draws each window as one
+// picture.
 //
 // "CPU" is the time of the calling thread; "Time" the wall time until the
 // pixels are done (each GL frame ends with glFinish). Counters, per frame:
