@@ -4,7 +4,7 @@
 #include <memory>
 #include <vector>
 
-#include "GuiFixture.h"
+#include "SkinFixture.h"
 #include "Widget.h"
 #include "rast/Font.h"
 #include "rast/Renderer.h"
@@ -14,17 +14,12 @@ namespace vurel_test {
 
 // A GUI with tests/data/test_skin.lua, its pictures and font, driven by
 // input through gui::GUI the way an application feeds it.
-class ClickFixture : public GuiFixture {
+class ClickFixture : public SkinFixture {
 protected:
     void SetUp() override {
-        skinFile = "test_skin.lua";
-        GuiFixture::SetUp();
-        rastRenderer* renderer = rastRenderer::get();
-        renderer->getFontManager()->registerFixedWidthFont("fixed", 8, 16, 12, -4);
-        std::vector<uint8_t> const white(16 * 16 * 4, 255);
-        renderer->getTextureManager()->addImage("skin/frame", {8, 8}, white.data());
-        renderer->getTextureManager()->addImage("skin/icon", {16, 8}, white.data());
-        renderer->getTextureManager()->addImage("skin/check", {12, 12}, white.data());
+        SkinFixture::SetUp();
+        std::vector<uint8_t> const white(12 * 12 * 4, 255);
+        rastRenderer::get()->getTextureManager()->addImage("skin/check", {12, 12}, white.data());
     }
 
     void moveTo(osg::Vec2i const& screen) {
