@@ -7,40 +7,6 @@
 
 namespace gui {
 
-VertLayout::VertLayout(int gap) : gap_(gap) {}
-
-void VertLayout::setGap(int gap) {
-    gap_ = gap;
-    updateSize();
-}
-
-void VertLayout::setHorzAlign(Align const& align) {
-    horzAlign_ = align;
-    updateSize();
-}
-
-void VertLayout::setVertAlign(Align const& align) {
-    vertAlign_ = align;
-    updateSize();
-}
-
-Layout* VertLayout::clone() const {
-    auto* copy = new VertLayout(gap_);
-    copy->horzAlign_ = horzAlign_;
-    copy->vertAlign_ = vertAlign_;
-    return copy;
-}
-
-osg::Vec2i VertLayout::getMinSize() const {
-    Container const* container = getContainerObject_();
-    return container ? linear::calcMinSize(*container, linear::Axis::Y, gap_) : osg::Vec2i();
-}
-
-osg::Vec2i VertLayout::getPrefSize() const {
-    Container const* container = getContainerObject_();
-    return container ? linear::calcPrefSize(*container, linear::Axis::Y, gap_) : osg::Vec2i();
-}
-
 osg::Vec2i VertLayout::getMaxSize() const {
     Container const* container = getContainerObject_();
     if (!container)
@@ -73,21 +39,6 @@ osg::Vec2i VertLayout::getMaxSize() const {
     }
     int const sum = linear::clampToInt(y);
     return linear::addGaps({x, sum}, linear::Axis::Y, n, gap_);
-}
-
-osg::Vec2i VertLayout::calcMaxSize() const {
-    Container const* container = getContainerObject_();
-    if (!container)
-        return {};
-    return linear::addGaps(Layout::calcMaxSize(), linear::Axis::Y, container->getWidgetCount(), gap_);
-}
-
-void VertLayout::updateSize() {
-    Container* container = getContainerObject_();
-    if (!container)
-        return;
-    updatePrefSizes_();
-    linear::place(*container, prefSizes_, shareRecords_, {linear::Axis::Y, gap_, vertAlign_, horzAlign_, true});
 }
 
 }  // namespace gui

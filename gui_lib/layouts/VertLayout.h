@@ -1,8 +1,6 @@
 #pragma once
 
-#include "Align.h"
-#include "layouts/Layout.h"
-#include "layouts/LinearFlow.h"
+#include "layouts/LinearLayout.h"
 
 namespace gui {
 
@@ -10,34 +8,15 @@ namespace gui {
 // Min, Center and Max place the column of preferred heights at that end of
 // the client rectangle; Stretch shares the whole height among the children
 // within their limits. horzAlign places each child inside the column's width.
-class VUREL_EXPORT VertLayout : public Layout {
+class VUREL_EXPORT VertLayout : public LinearLayout {
 public:
-    explicit VertLayout(int gap);
+    explicit VertLayout(int gap) : LinearLayout(linear::Axis::Y, gap) {}
 
-    // Each setter stores and lays out again at once.
-    int getGap() const { return gap_; }
-    void setGap(int gap);
-    Align const& getHorzAlign() const { return horzAlign_; }
-    void setHorzAlign(Align const& align);
-    Align const& getVertAlign() const { return vertAlign_; }
-    void setVertAlign(Align const& align);
-
-    Layout* clone() const override;
+    Layout* clone() const override { return copyAlignsTo_(new VertLayout(gap_)); }
     char const* getType() const override { return "vert"; }
-    osg::Vec2i getMinSize() const override;
     // 0 on an axis means unlimited. Unlike the row, every child first raises
     // both axes to its own limits, so the first child counts twice in height.
     osg::Vec2i getMaxSize() const override;
-    osg::Vec2i getPrefSize() const override;
-    osg::Vec2i calcMaxSize() const override;
-    void updateSize() override;
-
-protected:
-    int gap_;
-    Align horzAlign_;
-    Align vertAlign_;
-    // Scratch of the stretch flow, kept so that later passes do not allocate.
-    orm::vector<linear::ShareRecord> shareRecords_;
 };
 
 }  // namespace gui
