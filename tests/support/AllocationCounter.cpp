@@ -83,4 +83,10 @@ AllocationCounter::~AllocationCounter() { g_counting.fetch_sub(1); }
 
 size_t AllocationCounter::count() const { return g_allocations.load() - start_; }
 
+void* countedMalloc(size_t size) {
+    if (g_counting.load(std::memory_order_relaxed) > 0)
+        countAllocation();
+    return std::malloc(size ? size : 1);
+}
+
 }  // namespace vurel_test

@@ -4,8 +4,9 @@
 
 namespace vurel_test {
 
-// Counts heap allocations made through operator new by the test executable
-// and the library alike, while a scope is open.
+// Counts heap allocations made through operator new by the executable and
+// the library alike, while a scope is open. Linking AllocationCounter.cpp
+// replaces the global operator new; the tests and the benchmarks do.
 class AllocationCounter {
 public:
     AllocationCounter();
@@ -18,5 +19,8 @@ public:
 private:
     size_t start_;
 };
+
+// std::malloc, counted as operator new is: for a library's own allocator hook.
+void* countedMalloc(size_t size);
 
 }  // namespace vurel_test
